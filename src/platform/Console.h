@@ -1,0 +1,43 @@
+#pragma once
+
+#include <mutex>
+#include <string>
+#include <string_view>
+
+namespace tavocal::platform {
+
+// Console attributes that the system uses.
+constexpr int kLightGreen = 0x0A;
+constexpr int kLightRed = 0x0C;
+
+// The operator's console: everything that is printed, narrow or wide, and everything that is read
+// goes through the one object, so that the output stands in program order. Any thread may write.
+class Console {
+  public:
+    // The one object. It is never destroyed, since other threads may print while `exit` runs.
+    static Console& instance();
+
+    // Narrow text goes out as it is, wide text as UTF-8.
+    void write(std::string_view text);
+    void write(std::wstring_view text);
+    void flush();
+
+    // Sets a colour and puts back what was there before. Nothing at all if standard output is no
+    // terminal.
+    void setConsoleColour(int attribute);
+    void resetConsoleColour();
+
+    // Both flush the output first. A closed or failing standard input gives false.
+    bool readCharacter(char& character);
+    // One line without its line end (LF or CR LF).
+    bool readLine(std::string& line);
+
+  private:
+    Console();
+
+    std::mutex mutex;
+    bool coloured;
+    int savedConsoleAttribute = 0;
+};
+
+}  // namespace tavocal::platform
