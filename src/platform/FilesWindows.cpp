@@ -26,9 +26,8 @@ FileHandle openFile(const std::string& path, const char* mode) {
 }
 
 DWORD attributes(const std::string& path) {
-    return path.empty() || path.find('\0') != std::string::npos
-               ? INVALID_FILE_ATTRIBUTES
-               : GetFileAttributesA(path.c_str());
+    return path.empty() || path.find('\0') != std::string::npos ? INVALID_FILE_ATTRIBUTES
+                                                                : GetFileAttributesA(path.c_str());
 }
 
 }  // namespace
