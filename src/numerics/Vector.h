@@ -11,6 +11,10 @@ namespace tavocal {
 // equals nothing.
 class Vector {
   public:
+    using value_type = double;
+    using iterator = double*;
+    using const_iterator = const double*;
+
     Vector() noexcept = default;
     // `size` zeros; mind that Vector{3} is one element of 3.0. REQUIRES: size >= 0; a negative size
     // counts as 0.
