@@ -37,7 +37,8 @@ class Console {
 
     std::mutex mutex;
     bool coloured;
-    int savedConsoleAttribute = 0;
+    // Only where a colour can be asked for.
+    [[maybe_unused]] int savedConsoleAttribute = 0;
 };
 
 }  // namespace tavocal::platform
