@@ -76,7 +76,7 @@ done < <(sources src simulator tests bench fuzz | grep '\.h$')
 # --- Everything that a person wrote ---------------------------------------------------------------
 
 texts() {
-    find . \( -name .git -o -name 'build*' -o -name out -o -name demo-out \) -prune -o \
+    find . \( -path ./.git -o -path './build*' -o -path ./out -o -path ./demo-out \) -prune -o \
         -type f \( -name '*.h' -o -name '*.cpp' -o -name '*.sh' -o -name '*.cmake' -o -name '*.md' \
         -o -name '*.json' -o -name '*.yml' -o -name '*.py' -o -name 'CMakeLists.txt' \
         -o -name '.clang*' -o -path './.ci/*' \) -print | sed 's,^\./,,' | sort
