@@ -3,6 +3,7 @@
 
 #include "sensors/Accelerometer.h"
 #include "sensors/GenericSensor.h"
+#include "sensors/Gyroscope.h"
 #include "sensors/InertialSensor.h"
 #include "sensors/SensorTypes.h"
 
@@ -36,6 +37,8 @@ std::shared_ptr<Sensor> makeSensor(const LUID& luid) {
     switch (luid.SensorTypeId) {
         case kAccelerometerType:
             return std::make_shared<Accelerometer>(luid);
+        case kGyroscopeType:
+            return std::make_shared<Gyroscope>(luid);
         default:
             break;
     }
