@@ -222,7 +222,7 @@ bool Gyroscope::testCalibration() {
 
 void Gyroscope::computeTestRotations() {
     const int stageCount = run().stageCount();
-    motionRotations = Matrix(stageCount - 1, 3);
+    motionRotations = Matrix(std::max(stageCount - 1, 0), 3);
     if (run().segmentTimes().empty()) {
         throw CalibrationException(getDisplayName() +
                                    " Calibration Error: Failed splitting data to segments");
