@@ -55,6 +55,14 @@ int firstIndexAbove(const std::vector<Sample>& samples, double time) {
     return static_cast<int>(found - samples.begin());
 }
 
+double intervalBefore(const std::vector<Sample>& samples, int index) {
+    if (index <= 0 || index >= sizeOf(samples)) {
+        return 0.0;
+    }
+    const auto at = static_cast<std::size_t>(index);
+    return samples[at].timestamp - samples[at - 1].timestamp;
+}
+
 IndexWindow findBufferRange(const std::vector<Sample>& samples, double t, double window) {
     const int last = firstIndexAbove(samples, t + window) - 1;
     if (last < 0) {

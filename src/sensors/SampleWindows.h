@@ -17,6 +17,9 @@ struct IndexWindow {
 // The index of the first sample whose timestamp is above `time`; the sample count if there is none.
 int firstIndexAbove(const std::vector<Sample>& samples, double time);
 
+// Milliseconds from the sample before `index` to that sample; 0.0 where one of them doesn't exist.
+double intervalBefore(const std::vector<Sample>& samples, int index);
+
 // The newest sample at or before `t` (the first sample if all are later) to the newest at or before
 // `t + window`. Throws CalibrationException "Failed to find buffer range. Inner error" if there is
 // no such sample.

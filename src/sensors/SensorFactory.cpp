@@ -4,6 +4,7 @@
 #include "sensors/Accelerometer.h"
 #include "sensors/AmbientLight.h"
 #include "sensors/GenericSensor.h"
+#include "sensors/Gyroscope.h"
 #include "sensors/InertialSensor.h"
 #include "sensors/SensorTypes.h"
 
@@ -39,6 +40,8 @@ std::shared_ptr<Sensor> makeSensor(const LUID& luid) {
             return std::make_shared<AmbientLight>(luid);
         case kAccelerometerType:
             return std::make_shared<Accelerometer>(luid);
+        case kGyroscopeType:
+            return std::make_shared<Gyroscope>(luid);
         default:
             break;
     }

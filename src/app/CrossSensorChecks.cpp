@@ -1,0 +1,266 @@
+#include "app/CrossSensorChecks.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <string>
+
+#include "base/Failures.h"
+#include "base/Logger.h"
+#include "base/Text.h"
+#include "formats/TestingConfig.h"
+#include "numerics/Statistics.h"
+#include "numerics/Vector.h"
+#include "sensors/Assertions.h"
+#include "sensors/Ellipsoid.h"
+#include "sensors/Gyroscope.h"
+#include "sensors/RotationTracking.h"
+#include "sensors/RunContext.h"
+#include "sensors/SensorTypes.h"
+
+namespace tavocal {
+
+namespace {
+
+constexpr double kRadiansPerDegree = 0.017453292519943295;
+constexpr double kDegreesPerRadian = 57.29577951308232;
+
+enum Role : std::size_t { kAcc, kGyro, kMag, kAcc2, kGyro2, kMag2 };
+
+constexpr std::array<const char*, 3> kClassNames = {kAccelerometerName, kGyroscopeName,
+                                                    kMagnetometerName};
+
+// The display name of a sensor in this role.
+std::string roleName(std::size_t role) {
+    return kClassNames[role % 3] + std::string(role < kAcc2 ? "" : "_2");
+}
+
+bool isSelected(SelectedClasses selected, Role role) {
+    return std::array{selected.accelerometer, selected.gyroscope, selected.magnetometer}[role % 3];
+}
+
+enum class Measure {
+    DipAngle,
+    Turn,
+    TurnAcrossHalves,  // of the primary gyroscope against the secondary accelerometer
+};
+
+// What the gyroscope is compared with in compareRotation.
+struct RotationReference {
+    const InertialSensor& sensor;
+    Vector center;  // the stage means turn about this point
+    const char* subtree;
+    const char* titleEnd;
+    const char* comment;
+    double threshold;  // degrees
+};
+
+RotationReference gravityReference(const InertialSensor& acc) {
+    return {acc,
+            Vector(3),
+            "Performing_TestCompareRotation_Gyro_Accel",
+            " Gravity rotation test",
+            "difference between gyro and accel",
+            testingConfig().rotation_agreement_degrees_acc};
+}
+
+RotationReference fieldReference(const InertialSensor& mag) {
+    return {mag,
+            Ellipsoid().circleCenter(mag.bufferedData),
+            "Performing_TestCompareRotation_Gyro_Mag",
+            " Magnetometer rotation test",
+            "difference between gyro and mag",
+            testingConfig().rotation_agreement_degrees_mag};
+}
+
+// Degrees between the mean of the stage before and that of `stage`, turned back by the gyroscope.
+// NaN if one of them is missing. Rounding can carry the cosine of an agreement to the last digit
+// beyond 1; that is an angle of 0 and no failure.
+double disagreement(const Gyroscope& gyro, const RotationReference& reference, int stage) {
+    const auto motion = static_cast<std::size_t>(stage - 1);
+    const Matrix& means = reference.sensor.stageMeans;
+    if (motion >= gyro.testRotations.size() || stage >= means.rows()) {
+        return std::numeric_limits<double>::quiet_NaN();
+    }
+    const Vector later = row(means, stage) - reference.center;
+    const Vector earlier = row(means, stage - 1) - reference.center;
+    return clampedAngleBetween(gyro.testRotations[motion] * later, earlier) * kDegreesPerRadian;
+}
+
+bool compareStage(Gyroscope& gyro, const RotationReference& reference, int stage) {
+    const std::string step = "step " + std::to_string(stage);
+    const Vector measured{disagreement(gyro, reference, stage)};
+    const Vector expected{0.0};
+    gyro.report.addComment(step);
+    const bool pass =
+        assertVector(measured, expected, gyro.getDisplayName() + " " + step + reference.titleEnd,
+                     "", reference.threshold);
+    gyro.report.addVector(measured, "Angles", reference.comment);
+    gyro.report.addVector(expected, "Expected",
+                          "The difference that is expected at a perfectly calibrated system");
+    gyro.report.addAttributed("threshold", "rotation_agreement_degrees",
+                              fixedText(reference.threshold));
+    gyro.report.addComment(pass ? ": PASSED" : " FAILED");
+    return pass;
+}
+
+bool compareStages(Gyroscope& gyro, const RotationReference& reference, int stageCount) {
+    bool ok = true;
+    gyro.report.beginSubtree(reference.subtree);
+    for (int i = 1; i < stageCount; ++i) {
+        const bool pass = compareStage(gyro, reference, i);
+        ok = ok && pass;
+    }
+    gyro.report.endSubtree();
+    return ok;
+}
+
+}  // namespace
+
+// `first` is held against `second`, which gets the report of a failure.
+struct CrossSensorChecks::Comparison {
+    Measure measure;
+    Role first;
+    Role second;
+    double limit;  // the largest value that passes
+    const char* parameter;
+    const char* element;
+    const char* comment;
+    const char* reason;
+};
+
+const std::array<CrossSensorChecks::Comparison, 7> CrossSensorChecks::kComparisons = {{
+    {Measure::DipAngle, kAcc, kMag, 6.0, "Dip Angle", "DipAngle", "Dip angle value",
+     "Calculated dip angle is too high, check magnetic environment.\n"},
+    {Measure::DipAngle, kAcc2, kMag2, 6.0, "Dip Angle", "DipAngle", "Dip angle value acc_2 mag_2",
+     "Calculated dip angle by acc_2 and mag_2 is too high, check magnetic environment.\n"},
+    {Measure::Turn, kGyro, kMag, 1000.0, "Mag-Gyro Diff", "Gyro-Mag diff",
+     "Gyro & Magnetometer difference",
+     "Disagreement between magnetometer and gyroscope - check magnetic environment.\n"},
+    {Measure::Turn, kGyro2, kMag2, 1000.0, "Mag-Gyro Diff", "Gyro-Mag diff",
+     "Gyro_2 & Magnetometer_2 difference",
+     "Disagreement between magnetometer_2 and gyroscope_2 - check magnetic environment.\n"},
+    {Measure::Turn, kGyro, kAcc, 1.0, "Gyro-Accel Diff", "Gyro-Accel diff",
+     "Gyro & Accelerometer difference", "Disagreement between accelerometer and gyroscope.\n"},
+    {Measure::Turn, kGyro2, kAcc2, 1.0, "Gyro-Accel Diff", "Gyro-Accel diff",
+     "Gyro_2 & Accelerometer_2 difference",
+     "Disagreement between accelerometer_2 and gyroscope_2.\n"},
+    {Measure::TurnAcrossHalves, kGyro, kAcc2, 1.0, "Gyro-Accel_2 Diff", "Gyro-Accel_2 diff",
+     "Gyro & Accelerometer_2 difference", "Disagreement between accelerometer_2 and gyroscope.\n"},
+}};
+
+CrossSensorChecks::CrossSensorChecks(const std::vector<std::shared_ptr<Sensor>>& calibratingSensors,
+                                     SelectedClasses classes, const RunContext& context)
+    : selected(classes), run(context) {
+    for (const std::shared_ptr<Sensor>& sensor : calibratingSensors) {
+        for (std::size_t role = 0; role < sensors.size(); ++role) {
+            if (sensor->getDisplayName() == roleName(role)) {
+                sensors[role] = std::dynamic_pointer_cast<InertialSensor>(sensor);
+            }
+        }
+    }
+}
+
+void CrossSensorChecks::checkCalibration() {
+    std::string reasons;
+    for (const Comparison& comparison : kComparisons) {
+        if (!runs(comparison)) {
+            continue;
+        }
+        const double value = valueOf(comparison);
+        if (value <= comparison.limit) {
+            continue;
+        }
+        if (reasons.empty()) {
+            SensorReport& report = sensors[comparison.second]->report;
+            report.setAttribute("Success", "false");
+            report.setAttribute("FailureParameter", comparison.parameter);
+            report.addScalar(value, comparison.element, comparison.comment);
+        }
+        reasons += comparison.reason;
+    }
+    if (!reasons.empty()) {
+        throw CalibrationException("Calibration failed. Reason: " + reasons);
+    }
+    TAVOCAL_LOG(Insane, "CalibrationManager::checkCalibration",
+                "Finished CalibrationManager::checkCalibration");
+}
+
+bool CrossSensorChecks::runs(const Comparison& comparison) const {
+    const bool needsPrimaryAcc = comparison.measure == Measure::TurnAcrossHalves;
+    return isSelected(selected, comparison.first) && isSelected(selected, comparison.second) &&
+           sensors[comparison.first] != nullptr && sensors[comparison.second] != nullptr &&
+           (!needsPrimaryAcc || sensors[kAcc] != nullptr);
+}
+
+double CrossSensorChecks::valueOf(const Comparison& comparison) const {
+    const InertialSensor& first = *sensors[comparison.first];
+    const InertialSensor& second = *sensors[comparison.second];
+    switch (comparison.measure) {
+        case Measure::DipAngle:
+            return dipAngleSpread(first, second);
+        case Measure::Turn:
+            return rotationDifference(first, second, identity(3));
+        case Measure::TurnAcrossHalves:
+            break;
+    }
+    // What the two accelerometers should read in the same positions tells how the frames of the
+    // two halves lie against each other.
+    return rotationDifference(first, second, sensors[kAcc]->alignToExpected(second.expectedValues));
+}
+
+double CrossSensorChecks::dipAngleSpread(const InertialSensor& acc, const InertialSensor& mag) {
+    std::vector<double> angles;
+    for (int i = 0; i < mag.stillStageCount; ++i) {
+        angles.push_back(
+            clampedAngleBetween(acc.calibratedSample(i, true), mag.calibratedSample(i, true)));
+    }
+    return stdDev(angles) / kRadiansPerDegree;
+}
+
+double CrossSensorChecks::rotationDifference(const InertialSensor& gyro,
+                                             const InertialSensor& other,
+                                             const Matrix& alignment) const {
+    const std::vector<double> times = run.segmentTimes();
+    const auto positions = static_cast<std::size_t>(std::max(gyro.stillStageCount, 0));
+    if (times.size() <= 4 * positions) {
+        throw CalibrationException("Internal error");
+    }
+    // Without the turns about gravity an accelerometer has the tilts between the positions only.
+    const bool alsoTurns = other.getDisplayName() == kMagnetometerName;
+    double largest = 0.0;
+    const auto take = [&](std::size_t position, std::size_t stageEnd) {
+        const double error = rotationTrackingError(other, gyro, static_cast<int>(position),
+                                                   alignment, times[stageEnd], times[stageEnd + 1]);
+        if (std::isnan(error) || error > largest) {
+            largest = error;
+        }
+    };
+    for (std::size_t i = 0; i < positions; ++i) {
+        take(i, 4 * i + 3);
+        if (alsoTurns) {
+            take(i, 4 * i + 1);
+        }
+    }
+    return largest;
+}
+
+bool CrossSensorChecks::compareRotation(const std::shared_ptr<Sensor>& acc,
+                                        const std::shared_ptr<Sensor>& gyro,
+                                        const std::shared_ptr<Sensor>& mag) const {
+    const auto gyroscope = std::dynamic_pointer_cast<Gyroscope>(gyro);
+    const auto accelerometer = std::dynamic_pointer_cast<InertialSensor>(acc);
+    const auto magnetometer = std::dynamic_pointer_cast<InertialSensor>(mag);
+    if (gyroscope == nullptr) {
+        return true;
+    }
+    if (accelerometer != nullptr) {
+        return compareStages(*gyroscope, gravityReference(*accelerometer), run.stageCount());
+    }
+    if (magnetometer != nullptr) {
+        return compareStages(*gyroscope, fieldReference(*magnetometer), run.stageCount());
+    }
+    return true;
+}
+
+}  // namespace tavocal
