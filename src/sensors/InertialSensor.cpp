@@ -270,6 +270,7 @@ void InertialSensor::replaceMissingNoise() {
     for (double& noise : noiseVector) {
         if (std::isnan(noise)) {
             noise = defaultNoise;
+            noiseWasMissing = true;
         }
     }
 }

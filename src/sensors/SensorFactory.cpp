@@ -5,6 +5,7 @@
 #include "sensors/AmbientLight.h"
 #include "sensors/GenericSensor.h"
 #include "sensors/InertialSensor.h"
+#include "sensors/Magnetometer.h"
 #include "sensors/SensorTypes.h"
 
 namespace tavocal {
@@ -39,6 +40,9 @@ std::shared_ptr<Sensor> makeSensor(const LUID& luid) {
             return std::make_shared<AmbientLight>(luid);
         case kAccelerometerType:
             return std::make_shared<Accelerometer>(luid);
+        case kCompassType:
+        case kMagnetometerType:
+            return std::make_shared<Magnetometer>(luid);
         default:
             break;
     }
