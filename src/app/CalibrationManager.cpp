@@ -18,6 +18,7 @@
 #include "process/PreTestProcess.h"
 #include "sensors/InertialSensor.h"
 #include "sensors/Magnetometer.h"
+#include "sensors/SensorTypes.h"
 
 namespace tavocal {
 
@@ -294,7 +295,8 @@ void CalibrationManager::testAll() {
         ok = testSensor(*sensor) && ok;
     }
     if (settings.flowType != FlowType::Minimal) {
-        ok = ok && crossSensorChecks().compareRotations();
+        ok = ok && compareRotations(true);
+        ok = ok && compareRotations(false);
     }
     TAVOCAL_LOG(Insane, "CalibrationManager::testAll", "finished testing");
     writeReport();
@@ -302,6 +304,25 @@ void CalibrationManager::testAll() {
         failTest();
     }
     print("----   test pass -----\n");
+}
+
+// Nothing to compare is no failure.
+bool CalibrationManager::compareRotations(bool primary) const {
+    const auto find = [&](const char* className) -> std::shared_ptr<Sensor> {
+        for (const auto& sensor : calibratingSensors) {
+            if (sensor->isPrimary() == primary && contains(sensor->getDisplayName(), className)) {
+                return sensor;
+            }
+        }
+        return nullptr;
+    };
+    const auto acc = find(kAccelerometerName);
+    const auto gyro = find(kGyroscopeName);
+    const auto mag = find(kMagnetometerName);
+    if (acc == nullptr && gyro == nullptr && mag == nullptr) {
+        return true;
+    }
+    return crossSensorChecks().compareRotation(acc, gyro, mag);
 }
 
 bool CalibrationManager::testSensor(Sensor& sensor) const {
@@ -353,7 +374,10 @@ void CalibrationManager::evaluateMagEnvironment() const {
 }
 
 CrossSensorChecks CalibrationManager::crossSensorChecks() const {
-    return CrossSensorChecks(calibratingSensors, settings, *process);
+    return CrossSensorChecks(calibratingSensors,
+                             {settings.selectAccelerometer, settings.selectGyroscope,
+                              settings.selectMagnetometer},
+                             sensorManager);
 }
 
 }  // namespace tavocal

@@ -48,6 +48,7 @@ class CalibrationManager {
     void calibrateAll();
     void calibrateSensor(const std::shared_ptr<Sensor>& sensor) const;
     void testAll();
+    bool compareRotations(bool primary) const;
     bool testSensor(Sensor& sensor) const;
     [[noreturn]] void failTest() const;
     void magTest();

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "base/Failures.h"
-#include "base/LittleEndian.h"
+#include "firmware/SDT.h"
 #include "sensors/InertialBlock.h"
 #include "sensors/RunContext.h"
 
@@ -82,6 +82,10 @@ void Sensor::validateSize(const CalibrationBlock& block) const {
     if (tooSmall || tooLarge) {
         throw CalibrationException("Invalid calibration data size");
     }
+}
+
+void Sensor::loadFromFirmware() {
+    setCalibrationData(SDT().getCalibrationData(luid));
 }
 
 void Sensor::setManager(RunContext* context) {

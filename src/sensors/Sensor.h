@@ -72,6 +72,10 @@ class Sensor {
     virtual void setCalibrationData(CalibrationBlock block);
     virtual void validateCalibrationData(const CalibrationBlock& block) const;
 
+    // Reads the block from the firmware, for an inertial sensor form factor and hinge too. Throws
+    // SmhiException if the exchange fails, else as setCalibrationData.
+    virtual void loadFromFirmware();
+
     // `context` must outlive the sensor's work in the run.
     virtual void setManager(RunContext* context);
     // The run. Throws CalibrationException "Internal error" before setManager.
