@@ -7,9 +7,10 @@
 
 namespace tavocal::simulator {
 
-// What `tavosim record` was asked to do.
+// What `tavosim record` was asked to do with a flow of the motion sensors.
 struct RecordRequest {
     RecordingOptions options;
+    bool flowGiven = false;
     std::string folder;
     bool crlf = false;
 };

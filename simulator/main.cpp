@@ -4,6 +4,7 @@
 
 #include "platform/Console.h"
 #include "simulator/Arguments.h"
+#include "simulator/LightCommand.h"
 #include "simulator/RecordCommand.h"
 
 namespace {
@@ -17,10 +18,12 @@ int run(const std::vector<std::string>& arguments) {
     }
     const std::vector<std::string> rest(arguments.begin() + 1, arguments.end());
     if (arguments[0] == "record") {
-        return tavocal::simulator::runRecordCommand(rest);
+        return tavocal::simulator::asksForLight(rest) ? tavocal::simulator::runLightCommand(rest)
+                                                      : tavocal::simulator::runRecordCommand(rest);
     }
     if (arguments[0] == "--help") {
-        tavocal::platform::Console::instance().write(tavocal::simulator::recordUsage());
+        tavocal::platform::Console::instance().write(tavocal::simulator::recordUsage() + "\n" +
+                                                     tavocal::simulator::lightUsage());
         tavocal::platform::Console::instance().flush();
         return 0;
     }

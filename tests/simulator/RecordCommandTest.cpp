@@ -89,7 +89,7 @@ TEST(RecordCommandTest, WrongArgumentsAreNamed) {
         {{"--sensors", "AX"}, "The sensors must be some of A, G and M: AX"},
         {{"--sensors", "AA"}, "The sensors must be some of A, G and M: AA"},
         {{"--faulty-sensor", "AG"}, "There is no sensor AG"},
-        {{"--hinge", "a\nb"}, "A form factor and a hinge are one line"},
+        {{"--hinge", "a\nb"}, "The value of --hinge must be one line"},
         {{"--flow", "minimal", "--out", "x", "--mistake", "half-turn"},
          "The flow minimal has no stage for the mistake half-turn"},
         {{"--flow", "foursteps", "--out", "x", "--mistake", "magnet", "--mistake-stage", "5"},
