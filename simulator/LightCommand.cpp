@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <limits>
 
 #include "simulator/OptionTable.h"
+#include "simulator/OutputFolder.h"
 
 namespace tavocal::simulator {
 
@@ -79,14 +79,12 @@ LightRequest parseLightArguments(const std::vector<std::string>& arguments) {
     return request;
 }
 
-int runLightCommand(const std::vector<std::string>& arguments) {
+void runLightCommand(const std::vector<std::string>& arguments) {
     const LightRequest request = parseLightArguments(arguments);
     const std::string reason = recordLight(request.options).writeTo(request.folder, request.crlf);
     if (!reason.empty()) {
-        std::fprintf(stderr, "%s\n", reason.c_str());
-        return 1;
+        throw OutputError(reason);
     }
-    return 0;
 }
 
 std::string lightUsage() {

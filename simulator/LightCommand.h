@@ -20,9 +20,8 @@ bool asksForLight(const std::vector<std::string>& arguments);
 // Reads the arguments behind "record". Throws ArgumentError.
 LightRequest parseLightArguments(const std::vector<std::string>& arguments);
 
-// Runs the command. The result is the exit status: 0, or 1 with a message on standard error if the
-// files can't be written. Throws ArgumentError.
-int runLightCommand(const std::vector<std::string>& arguments);
+// Runs the command. Throws ArgumentError, and OutputError if the files can't be written.
+void runLightCommand(const std::vector<std::string>& arguments);
 
 // The options of the command, for the usage text.
 std::string lightUsage();

@@ -1,11 +1,11 @@
 #include "simulator/RecordCommand.h"
 
 #include <array>
-#include <cstdio>
 #include <limits>
 #include <string_view>
 
 #include "simulator/OptionTable.h"
+#include "simulator/OutputFolder.h"
 
 namespace tavocal::simulator {
 
@@ -43,6 +43,9 @@ SensorKind sensorOf(Arguments& arguments) {
 
 void setSensors(RecordRequest& request, Arguments& arguments) {
     const std::string letters = arguments.text();
+    if (letters.empty()) {
+        throw ArgumentError("The sensors must be some of A, G and M");
+    }
     for (std::size_t i = 0; i < letters.size(); ++i) {
         if (!kindFromLetter(letters[i]) || letters.find(letters[i], i + 1) != std::string::npos) {
             throw ArgumentError("The sensors must be some of A, G and M: " + letters);
@@ -150,14 +153,12 @@ RecordRequest parseRecordArguments(const std::vector<std::string>& arguments) {
     return request;
 }
 
-int runRecordCommand(const std::vector<std::string>& arguments) {
+void runRecordCommand(const std::vector<std::string>& arguments) {
     const RecordRequest request = parseRecordArguments(arguments);
     const std::string reason = record(request.options).writeTo(request.folder, request.crlf);
     if (!reason.empty()) {
-        std::fprintf(stderr, "%s\n", reason.c_str());
-        return 1;
+        throw OutputError(reason);
     }
-    return 0;
 }
 
 std::string recordUsage() {
