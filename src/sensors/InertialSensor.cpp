@@ -7,6 +7,7 @@
 #include "base/Failures.h"
 #include "base/LittleEndian.h"
 #include "base/ScopeLog.h"
+#include "firmware/SDT.h"
 #include "numerics/Decompositions.h"
 #include "numerics/Statistics.h"
 #include "numerics/TextForms.h"
@@ -117,6 +118,12 @@ void InertialSensor::validateCalibrationData(const CalibrationBlock& block) cons
             throw;
         }
     }
+}
+
+void InertialSensor::loadFromFirmware() {
+    Sensor::loadFromFirmware();
+    formFactor = SDT().getFormFactor();
+    hinge = SDT().getHinge();
 }
 
 std::string InertialSensor::toDisplayText() const {

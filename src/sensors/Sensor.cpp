@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "base/Failures.h"
-#include "base/LittleEndian.h"
+#include "firmware/SDT.h"
 #include "sensors/InertialBlock.h"
 #include "sensors/RunContext.h"
 
@@ -84,6 +84,10 @@ void Sensor::validateSize(const CalibrationBlock& block) const {
     }
 }
 
+void Sensor::loadFromFirmware() {
+    setCalibrationData(SDT().getCalibrationData(luid));
+}
+
 void Sensor::setManager(RunContext* context) {
     manager = context;
 }
@@ -97,6 +101,20 @@ void Sensor::stageChanged(const std::string& /*text*/) {}
 void Sensor::setCheckVsOriginalAxis(bool /*check*/) {}
 
 void Sensor::setNoGyroRotation(bool /*noRotation*/) {}
+
+void Sensor::userSignalledEnd() {}
+
+bool Sensor::checkMagPreTest_singleRotation(int /*first*/, int /*last*/, int& /*axis*/) {
+    return true;
+}
+
+bool Sensor::checkMagPreTest_threeRotations(std::vector<std::uint32_t> /*boundaries*/) {
+    return true;
+}
+
+bool Sensor::checkMagPreTest_translation() {
+    return true;
+}
 
 RunContext& Sensor::run() const {
     if (manager == nullptr) {
