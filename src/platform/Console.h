@@ -37,7 +37,7 @@ class Console {
 
     std::mutex mutex;
     bool coloured;
-    int savedConsoleAttribute = 0;
+    [[maybe_unused]] int savedConsoleAttribute = 0;
 };
 
 }  // namespace tavocal::platform
