@@ -46,10 +46,10 @@ MotionStages magAccuracyStages() {
 }
 
 MotionStages minimalStages(bool withMagnetometer) {
-    return {1,
-            {withMagnetometer ? "Z axis directed UP, Y axis directed to North"
-                              : "Z axis directed UP"},
-            {}};
+    return {
+        1,
+        {withMagnetometer ? "Z axis directed UP, Y axis directed to North" : "Z axis directed UP"},
+        {}};
 }
 
 }  // namespace

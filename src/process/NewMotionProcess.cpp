@@ -88,11 +88,12 @@ bool NewMotionProcess::startsWithPosition() const {
 
 std::string NewMotionProcess::getInstructions(bool noEnter) {
     const auto s = static_cast<std::size_t>(currentStep);
-    std::string text = "Step " + std::to_string(currentStep + 1) + " out of " +
-                       std::to_string(stageCount) + ".\n";
+    std::string text =
+        "Step " + std::to_string(currentStep + 1) + " out of " + std::to_string(stageCount) + ".\n";
     if (stages.stagePositions.empty()) {
-        text += (startsWithPosition() ? "Place the device screen's " : "Slowly, rotate the device ") +
-                stages.stageInstructions.at(s);
+        text +=
+            (startsWithPosition() ? "Place the device screen's " : "Slowly, rotate the device ") +
+            stages.stageInstructions.at(s);
     } else if (s == 0) {
         text += "Place the device screen's " + stages.stagePositions.at(0);
     } else {
@@ -223,8 +224,8 @@ bool NewMotionProcess::rotationSeen() {
 }
 
 bool NewMotionProcess::movedFromReference() {
-    const auto& indicator = flowType == FlowType::MagAccuracyTest ? magnetometerIndicator
-                                                                  : accelerometerIndicator;
+    const auto& indicator =
+        flowType == FlowType::MagAccuracyTest ? magnetometerIndicator : accelerometerIndicator;
     return indicator != nullptr && indicator->movedFromReference();
 }
 

@@ -27,9 +27,9 @@ bool judgeVector(const Vector& a, const Vector& b, double distance, const std::s
         return true;
     }
     print("Error in " + label + "\n");
-    print("Error in vector assert. Vector: " + alignedRow(a) + " Expected vector: " +
-          alignedRow(b) + " distance is bigger than threshold of " + fixedText(threshold) + " " +
-          note + "\n\n");
+    print("Error in vector assert. Vector: " + alignedRow(a) +
+          " Expected vector: " + alignedRow(b) + " distance is bigger than threshold of " +
+          fixedText(threshold) + " " + note + "\n\n");
     return false;
 }
 

@@ -30,8 +30,7 @@ Matrix reverseMatrixOf(const StaticBlockFields& fields, SensorReport& report) {
 
 Vector reverseOffsetOf(const StaticBlockFields& fields, Unit firmwareUnit, Unit samplingUnit,
                        SensorReport& report) {
-    report.addVector(fields.offset, "OriginalOffset",
-                     "Original offset as extracted from the Tavo");
+    report.addVector(fields.offset, "OriginalOffset", "Original offset as extracted from the Tavo");
     Vector offset = fields.offset;
     for (double& element : offset) {
         element = convertUnit(element, firmwareUnit, samplingUnit);

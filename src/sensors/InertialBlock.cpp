@@ -41,8 +41,7 @@ FixedPointOffset convertOffset(const Vector& offset, Unit fromUnit, Unit toUnit)
     TAVOCAL_SCOPE_STARTED("InertialSensor::convertOffset");
     FixedPointOffset result{};
     for (std::size_t i = 0; i < result.size(); ++i) {
-        result[i] =
-            cutTo<std::int32_t>(convertUnit(offset[static_cast<int>(i)], fromUnit, toUnit));
+        result[i] = cutTo<std::int32_t>(convertUnit(offset[static_cast<int>(i)], fromUnit, toUnit));
     }
     return result;
 }

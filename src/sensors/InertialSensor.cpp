@@ -143,8 +143,7 @@ void InertialSensor::reverseStaticCalibration(Sample& sample) {
         TAVOCAL_SCOPE_ENTERED("InertialSensor::reverseStaticCalibration");
     }
     if (!originalCalibration.empty()) {
-        sample.values =
-            reversal.reverseMatrix * (sample.values - reversal.reverseOffset);
+        sample.values = reversal.reverseMatrix * (sample.values - reversal.reverseOffset);
     }
 }
 

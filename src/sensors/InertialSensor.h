@@ -120,7 +120,7 @@ class InertialSensor : public Sensor {
     Matrix stageMeans{4, 3};
     Matrix stageStds{4, 3};
     int stillStageCount = 0;
-    int stagesUsed = 0;         // rows of stageMeans
+    int stagesUsed = 0;           // rows of stageMeans
     Matrix expectedValues{4, 4};  // what a perfect sensor reads, one row per still stage
 
     GateLimits limits;

@@ -135,9 +135,9 @@ bool testFaceUpSpikes(InertialSensor& sensor, const Vector& mean) {
 
 bool testFaceUpAverage(InertialSensor& sensor, const Vector& mean) {
     const Vector difference = mean - sensor.expectedFaceUp;
-    const bool passed =
-        std::all_of(difference.begin(), difference.end(),
-                    [&sensor](double d) { return std::abs(d) <= sensor.averageLimit; });
+    const bool passed = std::all_of(difference.begin(), difference.end(), [&sensor](double d) {
+        return std::abs(d) <= sensor.averageLimit;
+    });
     if (!passed) {
         platform::Console::instance().write(
             "[Failure] Average value error in " + sensor.name + " above allowed threshold " +

@@ -44,8 +44,7 @@ QualityGate::QualityGate(InertialSensor& judged) : sensor(judged) {}
 
 void QualityGate::open(const Matrix& means) {
     TAVOCAL_LOG(Insane, kLogName, "Started InertialSensor::checkSuccess");
-    sensor.report.addMatrix(means, "Averages",
-                            "The measured averages of the calibration process");
+    sensor.report.addMatrix(means, "Averages", "The measured averages of the calibration process");
     sensor.report.addMatrix(sensor.expectedValues, "ExpectedAverages",
                             "The averages that are expected at a perfectly calibrated system");
     sensor.report.addVector(sensor.offsetVector, "Offset", "The calculated offset of the sensor");
@@ -113,8 +112,7 @@ void QualityGate::checkScaleAndRotation() {
         fail("Scale", "Calculated scale is too high.\n");
     }
     const Matrix rotation = s.left * transpose(s.right);
-    const double angle =
-        convertUnit(norm(rotationVector(rotation)), Unit::radian, Unit::degree);
+    const double angle = convertUnit(norm(rotationVector(rotation)), Unit::radian, Unit::degree);
     if (angle > sensor.limits.rotationLimit) {
         fail("Rotation", "Calculated rotation is too high.\n");
     }
@@ -193,9 +191,9 @@ void QualityGate::checkSuccess(const Matrix& means) {
     }
     reportCalibrated(rows, n);
     const double v = std::sqrt((sum2 - sum1 * sum1 / n) / n);
-    sensor.report.addAttributed(
-        "NormVariance", "The calculated norm variance of the sensor during the calibration",
-        fixedText(v));
+    sensor.report.addAttributed("NormVariance",
+                                "The calculated norm variance of the sensor during the calibration",
+                                fixedText(v));
     if (v > sensor.limits.normStdLimit) {
         fail("Norm variance", "Calculated norm variance is too high.\n");
     }
@@ -204,9 +202,8 @@ void QualityGate::checkSuccess(const Matrix& means) {
     }
     sensor.report.addVector(sensor.noiseVector, "WhiteNoise",
                             "The calculated white noise of the sensor during the calibration");
-    if (std::any_of(sensor.noiseVector.begin(), sensor.noiseVector.end(), [this](double noise) {
-            return noise > sensor.limits.whiteNoiseLimit;
-        })) {
+    if (std::any_of(sensor.noiseVector.begin(), sensor.noiseVector.end(),
+                    [this](double noise) { return noise > sensor.limits.whiteNoiseLimit; })) {
         fail("Noise", "Calculated white noise is too high.\n");
     }
     if (irreversible(sensor.scaleMatrix) || irreversible(sensor.axisMapping)) {

@@ -8,18 +8,18 @@ namespace tavocal {
 
 SecondaryMounting secondaryMounting(const Sensor& sensor) {
     const auto formFactor = static_cast<FormFactor>(sensor.formFactor);
-    if (formFactor != FormFactor::TwoInOne && formFactor != FormFactor::Mid) {
+    if (formFactor != FormFactor::twoInOne && formFactor != FormFactor::mid) {
         throw CalibrationException("Undefined form factor encountered.");
     }
-    const bool mid = formFactor == FormFactor::Mid;
+    const bool mid = formFactor == FormFactor::mid;
     switch (static_cast<Hinge>(sensor.hinge)) {
-        case Hinge::Bottom:
+        case Hinge::bottom:
             return SecondaryMounting::Bottom;
-        case Hinge::Top:
+        case Hinge::top:
             return mid ? SecondaryMounting::Bottom : SecondaryMounting::Top;
-        case Hinge::Left:
+        case Hinge::left:
             return mid ? SecondaryMounting::Top : SecondaryMounting::Left;
-        case Hinge::Right:
+        case Hinge::right:
             return mid ? SecondaryMounting::Top : SecondaryMounting::Right;
     }
     throw CalibrationException("Undefined hinge configuration encountered.");

@@ -25,8 +25,9 @@ constexpr std::array<TypeRange, 7> kPlainInertialTypes = {{{0x0071, 0x0072},
                                                            {0x024F, 0x024F}}};
 
 bool isPlainInertial(std::uint16_t type) {
-    return std::any_of(kPlainInertialTypes.begin(), kPlainInertialTypes.end(),
-                       [type](TypeRange range) { return type >= range.first && type <= range.last; });
+    return std::any_of(
+        kPlainInertialTypes.begin(), kPlainInertialTypes.end(),
+        [type](TypeRange range) { return type >= range.first && type <= range.last; });
 }
 
 }  // namespace

@@ -9,10 +9,10 @@
 namespace tavocal {
 
 struct StillnessLimits {
-    double stillWindow = 1000.0;  // milliseconds
-    double stillFloor = 0.0;      // a limit is never tightened below this
-    double stillStdLimit = 0.0;   // largest standard deviation of an axis in a still window
-    double stillRangeLimit = 0.0; // largest range of an axis in a still window
+    double stillWindow = 1000.0;   // milliseconds
+    double stillFloor = 0.0;       // a limit is never tightened below this
+    double stillStdLimit = 0.0;    // largest standard deviation of an axis in a still window
+    double stillRangeLimit = 0.0;  // largest range of an axis in a still window
 };
 
 // The samples of the newest `window` milliseconds. REQUIRES: there are samples.
