@@ -9,6 +9,11 @@
 
 namespace tavocal {
 
+// `size` doubles without values.
+std::unique_ptr<double[]> makeHeapArray(int size);
+// A copy of `size` doubles.
+std::unique_ptr<double[]> copyToHeap(const double* source, int size);
+
 // Storage of the numeric types: an array of double whose length is fixed when it is made. Up to
 // `InlineCapacity` elements live in the object itself, longer arrays on the heap. Samples are
 // copied by the million, so a copy touches the used elements only and the rest of the inline
@@ -25,30 +30,39 @@ class SmallArray {
     // `size` zeros. REQUIRES: size >= 0; a negative size counts as 0.
     explicit SmallArray(int size) : size_(std::max(size, 0)) {
         assert(size >= 0);
-        allocate();
+        if (size_ > InlineCapacity) {
+            heap_ = makeHeapArray(size_);
+        }
         std::fill_n(data(), size_, 0.0);
     }
 
     // REQUIRES: `size` doubles at `source`.
     SmallArray(const double* source, int size) : size_(std::max(size, 0)) {
         assert(size >= 0);
-        allocate();
-        copyFrom(source);
+        if (size_ > InlineCapacity) {
+            heap_ = copyToHeap(source, size_);
+        } else {
+            copyInline(source);
+        }
     }
 
-    SmallArray(const SmallArray& other) : SmallArray(other.data(), other.size_) {}
+    SmallArray(const SmallArray& other) : size_(other.size_) {
+        if (other.heap_ != nullptr) {
+            heap_ = copyToHeap(other.heap_.get(), size_);
+        } else {
+            copyInline(other.inline_);
+        }
+    }
 
     SmallArray(SmallArray&& other) noexcept : size_(other.size_), heap_(std::move(other.heap_)) {
         finishMove(other);
     }
 
     SmallArray& operator=(const SmallArray& other) {
-        if (other.heap_ != nullptr) {
-            *this = SmallArray(other);
-        } else {
-            heap_.reset();
-            size_ = other.size_;
-            copyFrom(other.inline_);
+        heap_ = other.heap_ != nullptr ? copyToHeap(other.heap_.get(), other.size_) : nullptr;
+        size_ = other.size_;
+        if (heap_ == nullptr) {
+            copyInline(other.inline_);
         }
         return *this;
     }
@@ -69,23 +83,18 @@ class SmallArray {
     const double* data() const noexcept { return heap_ != nullptr ? heap_.get() : inline_; }
 
   private:
-    void allocate() {
-        if (size_ > InlineCapacity) {
-            heap_.reset(new double[static_cast<std::size_t>(size_)]);
-        }
-    }
-
-    // Copies size_ elements, which may be this array's own.
-    void copyFrom(const double* source) noexcept {
-        // Nearly every array is one reading of three axes; a constant length compiles to moves.
+    // Copies size_ elements into the inline room, which may be where they are.
+    void copyInline(const double* source) noexcept {
         if (size_ == 3) {
-            std::memmove(inline_, source, 3 * sizeof(double));
-        } else if (heap_ == nullptr) {
+            // Nearly every array is one reading of three axes. Going through a local array makes
+            // this a few moves, where a memmove stays a call.
+            double axes[3];
+            std::memcpy(axes, source, sizeof(axes));
+            std::memcpy(inline_, axes, sizeof(axes));
+        } else {
             // The bound, which always holds, shows the compiler that the copy stays inside.
             const int count = std::min(size_, InlineCapacity);
             std::memmove(inline_, source, static_cast<std::size_t>(count) * sizeof(double));
-        } else {
-            std::copy_n(source, size_, heap_.get());
         }
     }
 
@@ -94,7 +103,7 @@ class SmallArray {
         if (heap_ != nullptr) {
             other.size_ = 0;
         } else {
-            copyFrom(other.inline_);
+            copyInline(other.inline_);
         }
     }
 
