@@ -35,7 +35,7 @@ constexpr std::array<ExtensionRule, 3> kExtensionRules = {{
 struct CombinationRule {
     Names given;
     Names missing;
-    const char* failure;
+    const char* failure = nullptr;
 };
 
 constexpr std::array<CombinationRule, 11> kCombinationRules = {{

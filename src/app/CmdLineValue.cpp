@@ -28,8 +28,8 @@ bool hasNoFolder(const std::string& value) {
 }
 
 struct ValueRule {
-    bool (*accepts)(const std::string& value);
-    const char* failure;
+    bool (*accepts)(const std::string& value) = nullptr;
+    const char* failure = nullptr;
     // The one or two options that the rule is for; none means every option.
     std::array<std::string_view, 2> names = {};
 

@@ -16,11 +16,12 @@ constexpr LogLevel kConsoleLogLevel = LogLevel::Error;
 }  // namespace
 
 Logger& Logger::instance() {
-    static Logger* const logger = new Logger;
+    static auto* const logger = new Logger;
     return *logger;
 }
 
-void Logger::log(LogLevel level, int line, std::string function, std::string message) {
+void Logger::log(LogLevel level, int line, const std::string& function,
+                 const std::string& message) {
     const std::lock_guard<std::mutex> lock(logMutex);
     const char* levelName = kLevelNames.at(static_cast<std::size_t>(level));
     if (level <= kConsoleLogLevel) {

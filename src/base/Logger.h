@@ -24,7 +24,7 @@ class Logger {
 
     // Adds "[" function "]" "[" line "]" "[" level "]: " message and a line end. An ERROR also goes
     // to the console as "[ERROR]: " message.
-    void log(LogLevel level, int line, std::string function, std::string message);
+    void log(LogLevel level, int line, const std::string& function, const std::string& message);
 
     void setLogFilePath(const std::string& path);
 

@@ -9,7 +9,7 @@
 namespace tavocal::platform {
 
 Console& Console::instance() {
-    static Console* const console = new Console;
+    static auto* const console = new Console;
     return *console;
 }
 

@@ -9,7 +9,7 @@ namespace tavocal {
 // hostile one from exhausting the stack or the memory.
 constexpr std::size_t kMaxXmlDepth = 255;
 constexpr std::size_t kMaxXmlAttributes = 255;  // of one element
-constexpr std::size_t kMaxXmlNodes = 200'000;   // of one document, attributes too
+constexpr std::size_t kMaxXmlNodes = 1'000'000;   // of one document, attributes too
 
 // Where a parse stands: the place in the text, the elements that are open and the nodes made so
 // far. The text must outlive the cursor and every view taken from it.

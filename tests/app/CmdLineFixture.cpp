@@ -37,6 +37,7 @@ CmdLineFixture::CmdLineFixture() {
 std::string CmdLineFixture::failureOf(const std::string& line) {
     const std::vector<std::string> arguments = splitArguments(line, folder.path());
     std::vector<const char*> argv;
+    argv.reserve(arguments.size() + 1);
     for (const std::string& argument : arguments) {
         argv.push_back(argument.c_str());
     }

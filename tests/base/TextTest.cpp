@@ -17,7 +17,7 @@ TEST(TextTest, FixedHasSixDigits) {
         {1.0, "1.000000"},
         {-12.3456784, "-12.345678"},
         {0.9999995, "1.000000"},
-        {0.0000005, "0.000000"},  // the double lies just below the tie
+        {0.0000005, "0.000000"},    // the double lies just below the tie
         {1.0 / 128.0, "0.007812"},  // an exact tie goes to the even digit
         {3.0 / 128.0, "0.023438"},
         {123456789.125, "123456789.125000"},
