@@ -37,7 +37,6 @@ class Console {
 
     std::mutex mutex;
     bool coloured;
-    // Only where a colour can be asked for.
     [[maybe_unused]] int savedConsoleAttribute = 0;
 };
 

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "simulator/Vec3.h"
+
+namespace tavocal::simulator {
+
+// The sequences that an operator can be led through.
+enum class Flow { Full, AccelerometerOnly, FourSteps, MagAccuracy, Minimal };
+
+// One step of a flow: the turn that leads from the position of the step before to this step's.
+struct FlowStep {
+    Vec3 axis;       // in the device's frame, unit length; zero for the first position
+    double degrees;  // counter-clockwise positive
+};
+
+// The steps in order. In the first position Z points up and Y to the north.
+std::span<const FlowStep> flowSteps(Flow flow);
+
+// "full", "accelerometer", "foursteps", "magaccuracy", "minimal".
+std::string_view flowName(Flow flow);
+std::optional<Flow> flowFromName(std::string_view name);
+
+}  // namespace tavocal::simulator

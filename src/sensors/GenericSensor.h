@@ -1,0 +1,16 @@
+#pragma once
+
+#include "sensors/Sensor.h"
+
+namespace tavocal {
+
+// A sensor that the system can't calibrate: it only passes its firmware block through.
+class GenericSensor : public Sensor {
+  public:
+    using Sensor::Sensor;
+
+    // Any format is good; there are no size bounds either.
+    void validateCalibrationData(const CalibrationBlock& block) const override;
+};
+
+}  // namespace tavocal

@@ -1,0 +1,108 @@
+#include "sensors/Sensor.h"
+
+#include <utility>
+
+#include "base/Failures.h"
+#include "base/LittleEndian.h"
+#include "sensors/InertialBlock.h"
+#include "sensors/RunContext.h"
+
+namespace tavocal {
+
+Sensor::Sensor(const LUID& identity) : luid(identity) {}
+
+Sensor::~Sensor() = default;
+
+std::string Sensor::getDisplayName() const {
+    return isPrimary() ? name : name + "_2";
+}
+
+std::string Sensor::getLuidText() const {
+    return luidText(luid);
+}
+
+void Sensor::setWhiteNoise(double value) {
+    if (luid.Flags == 0) {
+        throw CalibrationException("Internal error. Invalid operation was performed");
+    }
+    if (originalCalibration.empty()) {
+        throw CalibrationException("Error. No original scaling for dynamic sensor " + name);
+    }
+    calibrationToWrite = withWhiteNoise(originalCalibration, value);
+}
+
+bool Sensor::dataRecieved(const Sample& /*sample*/) {
+    return true;
+}
+
+void Sensor::reverseStaticCalibration(Sample& /*sample*/) {}
+
+std::uint32_t Sensor::getSampleCount() const {
+    return static_cast<std::uint32_t>(bufferedData.size());
+}
+
+bool Sensor::supportsRunType(RunCommand /*command*/) const {
+    return false;
+}
+
+bool Sensor::isCalibratable() const {
+    return canCalibrate && isStatic();
+}
+
+bool Sensor::isTestable() const {
+    return isStatic();
+}
+
+void Sensor::setCalibrationData(CalibrationBlock block) {
+    validateCalibrationData(block);
+    calibrationLoaded = true;
+    originalCalibration = std::move(block);
+}
+
+void Sensor::validateCalibrationData(const CalibrationBlock& block) const {
+    validateFormatAndSize(block);
+}
+
+void Sensor::validateFormatAndSize(const CalibrationBlock& block) const {
+    if (block.empty()) {
+        throw CalibrationException("Invalid calibration data size");
+    }
+    if (block[0] >= kFirstVendorFormat) {
+        return;
+    }
+    if (block[0] != formatId) {
+        throw CalibrationException("Unsupported format of " + name + " Sensor calibration data");
+    }
+    validateSize(block);
+}
+
+void Sensor::validateSize(const CalibrationBlock& block) const {
+    const bool tooSmall = minCalibrationSize != 0 && block.size() < minCalibrationSize;
+    const bool tooLarge = maxCalibrationSize != 0 && block.size() > maxCalibrationSize;
+    if (tooSmall || tooLarge) {
+        throw CalibrationException("Invalid calibration data size");
+    }
+}
+
+void Sensor::setManager(RunContext* context) {
+    manager = context;
+}
+
+bool Sensor::isPrimary() const {
+    return luid.InstanceId == 0;
+}
+
+void Sensor::stageChanged(const std::string& /*text*/) {}
+
+void Sensor::setCheckVsOriginalAxis(bool /*check*/) {}
+
+void Sensor::setNoGyroRotation(bool /*noRotation*/) {}
+
+RunContext& Sensor::run() const {
+    if (manager == nullptr) {
+        throw CalibrationException("Internal error");
+    }
+    return *manager;
+}
+
+}  // namespace tavocal

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <vector>
+
+#include "numerics/Sample.h"
+
+namespace tavocal {
+
+class Sensor;
+
+// A half-open range of sample indexes.
+struct StageRange {
+    int first = 0;
+    int end = 0;
+
+    int count() const { return end > first ? end - first : 0; }
+};
+
+// `segmentTimes` as indexes into the sensor's samples: entry i is the first sample whose timestamp
+// is above time i, strictly; the last entry is the sample count. Throws CalibrationException if
+// there are no samples or no times, if no sample lies behind a time, or if a middle stage is empty.
+std::vector<int> segmentIndexes(const Sensor& sensor, const std::vector<double>& segmentTimes);
+
+// The samples of a stage. An empty range if there is no such stage.
+StageRange stageRange(const std::vector<int>& indexes, int stage);
+
+void appendSamples(std::vector<Sample>& to, const std::vector<Sample>& from, StageRange range);
+
+// The Euclidean length of each sample of the range.
+std::vector<double> sampleNorms(const std::vector<Sample>& samples, StageRange range);
+
+}  // namespace tavocal

@@ -1,0 +1,38 @@
+#include "xml/XmlComment.h"
+
+#include "xml/XmlCursor.h"
+
+namespace tavocal {
+
+namespace {
+
+constexpr std::wstring_view kOpening = L"<!--";
+constexpr std::wstring_view kClosing = L"-->";
+
+}  // namespace
+
+XmlComment::XmlComment() : XmlNode(XmlNodeType::Comment) {}
+
+XmlComment::XmlComment(std::wstring text) : XmlComment() {
+    texts.innerText = text;
+    texts.value = std::move(text);
+}
+
+XmlResult XmlComment::parse(XmlCursor& cursor) {
+    const std::size_t start = cursor.position();
+    if (!cursor.consume(kOpening)) {
+        return XmlResult::OpeningTokenMissing;
+    }
+    texts.value = cursor.takeUntil(kClosing);
+    texts.innerText = texts.value;
+    cursor.consume(kClosing);
+    texts.outerXml = cursor.since(start);
+    return XmlResult::Success;
+}
+
+void XmlComment::print(std::wstring& out, std::uint8_t level) const {
+    appendIndentation(out, level);
+    out.append(kOpening).append(innerText()).append(kClosing).append(kXmlLineEnd);
+}
+
+}  // namespace tavocal

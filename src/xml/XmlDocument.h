@@ -1,0 +1,41 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "xml/XmlNode.h"
+
+namespace tavocal {
+
+// The longest file that is read.
+constexpr std::size_t kMaxXmlBytes = 16 * 1024 * 1024;
+
+// A whole XML file. It owns the text, which the views of its nodes point into, and the tree.
+// It knows no namespaces, document types or CDATA; references are decoded in attribute values
+// only. A document can be loaded again, which drops the text and the tree that it had.
+class XmlDocument : public XmlNode {
+  public:
+    XmlDocument();
+    // The children go before the text that they point into.
+    ~XmlDocument() override;
+
+    // Reads a UTF-8 file. CR LF counts as LF, a byte order mark is skipped, and the text ends at
+    // the first NUL. On a failure what was read before it stays in the tree. An empty path leaves
+    // the document as it was. Throws what decodeReferences throws.
+    [[nodiscard]] XmlResult load(const std::string& path);
+    // The same for the bytes of a file.
+    [[nodiscard]] XmlResult loadBytes(std::string_view bytes);
+
+    // Writes the text of all children as UTF-8 without a byte order mark.
+    [[nodiscard]] XmlResult save(const std::string& path) const;
+
+  private:
+    void clear();
+    XmlResult parseBuffer();
+    XmlResult parseChild(XmlCursor& cursor);
+
+    std::wstring buffer;
+    std::wstring childrenXml;  // the text without the blanks between the children
+};
+
+}  // namespace tavocal
