@@ -1,3 +1,5 @@
-int main() {
-    return 0;
+#include "app/Entry.h"
+
+int main(int argc, char** argv) {
+    return tavocal::runProgram(argc, argv);
 }

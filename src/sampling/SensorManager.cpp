@@ -2,17 +2,18 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
-#include <cstdlib>
 
 #include "base/Failures.h"
 #include "base/Logger.h"
 #include "base/Text.h"
+#include "firmware/PNRRecord.h"
+#include "firmware/SDT.h"
 #include "formats/CsvParser.h"
 #include "formats/DumpPaths.h"
 #include "platform/Console.h"
 #include "process/Process.h"
 #include "sampling/ReplayMerge.h"
+#include "sampling/StreamValidity.h"
 #include "sensors/Sensor.h"
 #include "sensors/SensorTypes.h"
 
@@ -23,8 +24,9 @@ namespace {
 constexpr std::array<const char*, 4> kClassNames = {kAccelerometerName, kGyroscopeName,
                                                     kMagnetometerName, kAmbientLightName};
 
-// The last samples of two sensors may be this far apart, in milliseconds.
-constexpr double kLargestLag = 100.0;
+// Report intervals in milliseconds.
+constexpr std::uint32_t kMotionInterval = 10;
+constexpr std::uint32_t kLightInterval = 20;
 
 bool contains(const std::vector<std::string>& names, const std::string& name) {
     return std::find(names.begin(), names.end(), name) != names.end();
@@ -84,8 +86,7 @@ bool SensorManager::offerToProcess(const std::shared_ptr<Sensor>& sensor, bool a
     bool accepted = acceptedBefore;
     const auto* const offered =
         std::find_if(kClassNames.begin(), kClassNames.end(), [&](const char* className) {
-            return tavocal::contains(displayName, className) &&
-                   !contains(primariesSeen, className);
+            return tavocal::contains(displayName, className) && !contains(primariesSeen, className);
         });
     if (offered != kClassNames.end()) {
         accepted = process->setStageIndicator(sensor);
@@ -134,8 +135,8 @@ void SensorManager::playData() {
             return;
         }
     }
-    const bool needsAllStages = process->runType == RunCommand::Calibrate ||
-                                process->runType == RunCommand::CalibrateAls;
+    const bool needsAllStages =
+        process->runType == RunCommand::Calibrate || process->runType == RunCommand::CalibrateAls;
     if (needsAllStages && process->stagesDone != process->stageCount) {
         throw CalibrationException(
             "Unexpected data dump size. Not enough data for completing the calibration process");
@@ -191,8 +192,6 @@ void SensorManager::finishStep() {
     stages.stageDone(true);
 }
 
-// ---- Validity of the streams ----
-
 void SensorManager::checkDataStreamingValidity() const {
     constexpr const char* kName = "SensorManager::checkDataStreamingValidity";
     TAVOCAL_LOG(Debug, kName, "Started checking validity");
@@ -203,67 +202,196 @@ void SensorManager::checkDataStreamingValidity() const {
         TAVOCAL_LOG(Debug, kName, "Leaving data streaming validity - state invalid");
         return;
     }
-    const Sensor& indicator = findIndicator();
-    const double lastTime = lastSampleOf(indicator)->timestamp;
-    std::string names;
-    for (const auto& sensor : sensors) {
-        if (sensor.get() != &indicator && !endsNear(lastTime, *sensor)) {
-            names += (names.empty() ? "" : ", ") + sensor->getDisplayName();
-        }
-    }
-    if (!names.empty()) {
-        TAVOCAL_LOG(Debug, kName, "throwing from checking validity");
-        throw CalibrationException(
-            "Data streaming rate was invalid. Not enough data points were sampled for " + names);
-    }
+    checkStreamsLasted(*process, sensors, samples);
     TAVOCAL_LOG(Debug, kName, "Finished checking validity");
 }
 
-bool SensorManager::endsNear(double lastTime, const Sensor& sensor) const {
-    constexpr const char* kName = "SensorManager::checkDataStreamingValidity";
-    const Sample* last = lastSampleOf(sensor);
-    if (last == nullptr) {
-        TAVOCAL_LOG(Debug, kName, "not OK since dataDump");
-        return false;
-    }
-    const double delta = std::trunc(lastTime - last->timestamp);
-    if (std::abs(delta) > kLargestLag) {
-        TAVOCAL_LOG(Debug, kName,
-                    "not OK since delta: " + std::to_string(static_cast<long long>(delta)) +
-                        sensor.getDisplayName());
-        return false;
-    }
-    return true;
+// ---- Live sampling ----
+
+void SensorManager::setSamplingInterval(int milliseconds) {
+    samplingInterval = milliseconds;
 }
 
-// The last stage indicator, which must have delivered.
-const Sensor& SensorManager::findIndicator() const {
-    const Sensor* indicator = nullptr;
+void SensorManager::prepareSensors() {
     for (const auto& sensor : sensors) {
-        if (!process->isStageIndicator(*sensor)) {
-            continue;
+        sensorsByLuid[sensor->getLuidText()] = sensor;
+        sensor->calcReverseSdt();
+    }
+    chooseReportInterval();
+}
+
+void SensorManager::chooseReportInterval() {
+    if (samplingInterval) {
+        reportInterval = static_cast<std::uint32_t>(std::max(*samplingInterval, 0));
+    } else if (process->runType == RunCommand::CalibrateAls) {
+        const std::uint32_t largest = largestMinimalInterval();
+        if (largest == 0) {
+            platform::Console::instance().write(
+                "failed to get minimal reporting interval from sensor, will use default sampling "
+                "interval: " +
+                std::to_string(kLightInterval) + "ms\n");
         }
-        indicator = sensor.get();
-        if (lastSampleOf(*indicator) == nullptr) {
-            throw CalibrationException("No data was sampled for " + indicator->getDisplayName());
+        reportInterval = std::max(largest, kLightInterval);
+    } else {
+        reportInterval = kMotionInterval;
+    }
+}
+
+// 0 if a sensor doesn't tell.
+std::uint32_t SensorManager::largestMinimalInterval() const {
+    std::uint32_t largest = 0;
+    bool queryFailed = false;
+    for (const auto& sensor : sensors) {
+        try {
+            largest = std::max(largest, SDT().getMinReportInterval(sensor->getLuid()));
+        } catch (const SmhiException&) {
+            queryFailed = true;
+        }
+    }
+    return queryFailed ? 0 : largest;
+}
+
+std::vector<SampledSensor> SensorManager::sampledSensors() const {
+    std::vector<SampledSensor> sampled;
+    for (const auto& sensor : sensors) {
+        sampled.push_back({sensor->getLuid(), sensor->getDisplayName()});
+    }
+    return sampled;
+}
+
+void SensorManager::startSampling() {
+    allStagesDone = false;
+    stages.reset();
+    try {
+        SDT().startSampling(sampledSensors(), reportInterval, 0.0);
+        TAVOCAL_LOG(Debug, "SensorManager::startSampling",
+                    "Report Interval is " + std::to_string(reportInterval));
+        if (!PNRRecord::instance().start(*this)) {
+            throw CalibrationException("Failed to start PNRRecord");
+        }
+    } catch (const SmhiException&) {
+        throw CalibrationException("Failed to start sampling");
+    }
+}
+
+void SensorManager::stopSampling() {
+    TAVOCAL_LOG(Insane, "SensorManager::stopSampling", "Enter SensorManager::stopSampling()");
+    if (sensors.empty()) {
+        throw CalibrationException("No sensors were set for sampling");
+    }
+    try {
+        PNRRecord::instance().stop();
+        PNRRecord::instance().endSession();
+        SDT().stopSampling(sampledSensors());
+    } catch (const SmhiException&) {
+        throw CalibrationException("Failed to stop sampling");
+    }
+    checkDataStreamingValidity();
+    TAVOCAL_LOG(Insane, "SensorManager::stopSampling", "Exit SensorManager::stopSampling()");
+}
+
+std::optional<SampleReceiver::Target> SensorManager::findSensor(const std::string& luidText) {
+    const auto found = sensorsByLuid.find(luidText);
+    if (found == sensorsByLuid.end()) {
+        return std::nullopt;
+    }
+    return Target{found->second, found->second->rawDivisor};
+}
+
+void SensorManager::handleData(const std::shared_ptr<Sensor>& sensor,
+                               std::span<const double> values, double timeMs) {
+    if (values.size() != static_cast<std::size_t>(sensor->valuesPerSample)) {
+        return;
+    }
+    try {
+        const std::optional<double> timestamp = liveTimeBase.place(*sensor, timeMs, sensors);
+        if (timestamp) {
+            Sample sample{*timestamp, Vector(values.data(), static_cast<int>(values.size()))};
+            sensor->reverseStaticCalibration(sample);
+            storeLive(sensor, sample);
+        }
+    } catch (const std::runtime_error& exception) {
+        // CalibrationException, MathException or SamplingException: the stage has failed, and the
+        // session goes on until the main thread stops it.
+        TAVOCAL_LOG(Debug, "SensorManager::handleData",
+                    "Caught exception from dataRecieved, aborting");
+        stages.stageFailed(exception.what());
+        return;
+    }
+    if (takeStageEnd(*sensor)) {
+        TAVOCAL_LOG(Debug, "SensorManager::handleData", "SensorManager: Can move next!!");
+        finishStep();
+    }
+}
+
+void SensorManager::storeLive(const std::shared_ptr<Sensor>& sensor, const Sample& sample) {
+    const std::lock_guard<std::mutex> lock(dataMutex);
+    samples[sensor].push_back(sample);
+    deliver(*sensor, sample);
+}
+
+void SensorManager::stageDone(bool status) {
+    stages.stageDone(status);
+}
+
+// ---- Steps ----
+
+void SensorManager::waitForStepFinish(bool threeRotations) {
+    if (process->isUserPaced()) {
+        waitForKey(threeRotations);
+    } else {
+        stages.waitForStage();
+    }
+}
+
+void SensorManager::waitForKey(bool threeRotations) {
+    stages.beginUserStage();
+    char key = 0;
+    platform::Console::instance().readCharacter(key);
+    std::shared_ptr<Sensor> indicator;
+    for (const auto& sensor : sensors) {
+        if (process->isStageIndicator(*sensor)) {
+            indicator = sensor;
         }
     }
     if (indicator == nullptr) {
         throw CalibrationException("Error. stageIndicatorSensor is NULL");
     }
-    return *indicator;
+    {
+        const std::lock_guard<std::mutex> lock(dataMutex);
+        stepBoundaries.push_back(static_cast<std::uint32_t>(samples[indicator].size()));
+    }
+    checkUserStep(*indicator, threeRotations);
+    finishStep();
+    stages.finishUserStage();
 }
 
-// The last sample that the sensor took into account, or null.
-const Sample* SensorManager::lastSampleOf(const Sensor& sensor) const {
-    const auto found = std::find_if(samples.begin(), samples.end(), [&sensor](const auto& entry) {
-        return entry.first.get() == &sensor;
-    });
-    const std::uint32_t count = sensor.getSampleCount();
-    if (found == samples.end() || count == 0 || count > found->second.size()) {
-        return nullptr;
+void SensorManager::checkUserStep(Sensor& indicator, bool threeRotations) {
+    constexpr std::size_t kRotations = 3;
+    const auto require = [](bool followed, const char* phase) {
+        if (!followed) {
+            throw CalibrationException(std::string("Data collected during ") + phase +
+                                       " phase in mag environment test is abnormal. Make sure the "
+                                       "movement instructions were followed.");
+        }
+    };
+    const bool magnetometer = tavocal::contains(indicator.getDisplayName(), kMagnetometerName);
+    if (magnetometer && stepBoundaries.size() <= kRotations) {
+        const std::size_t count = stepBoundaries.size();
+        const int begin = count < 2 ? 0 : static_cast<int>(stepBoundaries[count - 2]);
+        int axis = 0;
+        require(indicator.checkMagPreTest_singleRotation(
+                    begin, static_cast<int>(stepBoundaries.back()) - 1, axis),
+                "rotation");
+    } else if (magnetometer) {
+        require(indicator.checkMagPreTest_translation(), "translation");
     }
-    return &found->second[count - 1];
+    platform::Console::instance().write("User pressed to signal end\n");
+    if (threeRotations) {
+        indicator.userSignalledEnd();
+        require(!magnetometer || indicator.checkMagPreTest_threeRotations(stepBoundaries),
+                "three rotation");
+    }
 }
 
 // ---- What the sensors ask ----

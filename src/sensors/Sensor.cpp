@@ -98,6 +98,20 @@ void Sensor::setCheckVsOriginalAxis(bool /*check*/) {}
 
 void Sensor::setNoGyroRotation(bool /*noRotation*/) {}
 
+void Sensor::userSignalledEnd() {}
+
+bool Sensor::checkMagPreTest_singleRotation(int /*first*/, int /*last*/, int& /*axis*/) {
+    return true;
+}
+
+bool Sensor::checkMagPreTest_threeRotations(std::vector<std::uint32_t> /*boundaries*/) {
+    return true;
+}
+
+bool Sensor::checkMagPreTest_translation() {
+    return true;
+}
+
 RunContext& Sensor::run() const {
     if (manager == nullptr) {
         throw CalibrationException("Internal error");

@@ -83,6 +83,16 @@ class Sensor {
     virtual void setCheckVsOriginalAxis(bool check);
     virtual void setNoGyroRotation(bool noRotation);
 
+    // The magnetic environment test; only a magnetometer does more than to agree. The operator has
+    // made the last rotation. Main thread, while samples flow.
+    virtual void userSignalledEnd();
+    // Whether the samples of a movement show that it was made as told. `first` and `last` are
+    // sample indexes, both included; `axis` becomes the axis of the rotation; `boundaries` are the
+    // sample counts at the three key presses.
+    virtual bool checkMagPreTest_singleRotation(int first, int last, int& axis);
+    virtual bool checkMagPreTest_threeRotations(std::vector<std::uint32_t> boundaries);
+    virtual bool checkMagPreTest_translation();
+
     SensorReport report{*this};
 
     LUID luid;

@@ -28,7 +28,7 @@ class FakeKelu : public KeluBase {
         const std::lock_guard<std::mutex> lock(mutex);
         return requests;
     }
-    // Until a reader waits for a message that isn't there.
+    // Until a reader has taken every message and waits for another.
     void waitUntilBlocked() {
         std::unique_lock<std::mutex> lock(mutex);
         changed.wait(lock, [this] { return blocked; });
@@ -56,7 +56,6 @@ class FakeKelu : public KeluBase {
         blocked = patient && script.empty() && !cancelled;
         changed.notify_all();
         changed.wait(lock, [this] { return !patient || !script.empty() || cancelled; });
-        blocked = false;
         if (std::exchange(cancelled, false)) {
             throw SmhiException("Failed to read from device, cancelled");
         }
@@ -82,6 +81,7 @@ class FakeKelu : public KeluBase {
     void cancelRead() noexcept override {
         const std::lock_guard<std::mutex> lock(mutex);
         cancelled = true;
+        blocked = false;
         ++cancels;
         changed.notify_all();
     }
@@ -101,6 +101,7 @@ class FakeKelu : public KeluBase {
     void push(Step step) {
         const std::lock_guard<std::mutex> lock(mutex);
         script.push_back(std::move(step));
+        blocked = false;
         changed.notify_all();
     }
 

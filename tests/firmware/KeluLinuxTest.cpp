@@ -11,9 +11,9 @@
 #include <filesystem>
 #include <future>
 
-#include "TempFolder.h"
 #include "base/Failures.h"
 #include "firmware/MakeKelu.h"
+#include "support/WorkingFolder.h"
 
 namespace tavocal {
 namespace {
@@ -106,7 +106,7 @@ class KeluLinuxTest : public testing::Test {
         return smhiFailure([&] { channel.Write(Bytes(4000, 7)); });
     }
 
-    TempFolder folder;
+    WorkingFolder folder;
     Server server{kSocket};
     KeluLinux kelu{{"nothing.sock", kSocket}, std::chrono::hours(1)};
     KeluLinux hasty{{kSocket}, milliseconds(5)};

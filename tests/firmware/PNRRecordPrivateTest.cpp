@@ -95,9 +95,9 @@ class PNRRecordPrivateTest : public testing::Test {
         }
         return count;
     }
+    // What another thread does on its way shows in the log alone. The pause leaves the log to it.
     void waitForLog(const std::string& text, std::size_t count) const {
-        while (logCount(text) < count) {
-            std::this_thread::yield();
+        while (logCount(text) < count && !never->waitFor(milliseconds(1))) {
         }
     }
 
@@ -109,6 +109,7 @@ class PNRRecordPrivateTest : public testing::Test {
     std::vector<Bytes> sayToStop = {kAccepted};
     bool firmwareRecords = false;
     std::size_t logStart = 0;
+    std::unique_ptr<platform::SyncObject> never = platform::makeSyncObject();
     std::unique_ptr<PNRRecordPrivate> session;
 };
 

@@ -10,8 +10,8 @@
 #include <filesystem>
 #include <fstream>
 
-#include "TempFolder.h"
 #include "platform/ProcessStart.h"
+#include "support/WorkingFolder.h"
 
 namespace tavocal::platform {
 namespace {
@@ -40,7 +40,7 @@ std::string readAll(int pipe) {
 }
 
 TEST(ProcessStartTest, RunsDetachedFromThisProcess) {
-    const TempFolder folder;
+    const WorkingFolder folder;
     ASSERT_EQ(mkfifo("pipe", 0600), 0);
     writeScript(
         "#!/bin/sh\n"
@@ -57,7 +57,7 @@ TEST(ProcessStartTest, RunsDetachedFromThisProcess) {
 }
 
 TEST(ProcessStartTest, WhatIsNoExecutableFileStartsNothing) {
-    const TempFolder folder;
+    const WorkingFolder folder;
     startDetached(kFile);
     std::filesystem::create_directory(kFile);
     startDetached(kFile);
@@ -69,7 +69,7 @@ TEST(ProcessStartTest, WhatIsNoExecutableFileStartsNothing) {
 }
 
 TEST(ProcessStartTest, NoShellStepsInForAFileWithoutAnInterpreter) {
-    const TempFolder folder;
+    const WorkingFolder folder;
     writeScript("touch started\n");
     // The orphan comes to this process, which then sees its end.
     prctl(PR_SET_CHILD_SUBREAPER, 1);

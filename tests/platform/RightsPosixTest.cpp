@@ -6,8 +6,8 @@
 
 #include <cstring>
 
-#include "TempFolder.h"
 #include "platform/Rights.h"
+#include "support/WorkingFolder.h"
 
 namespace tavocal::platform {
 namespace {
@@ -25,7 +25,7 @@ TEST(RightsTest, RootOrWhoMayUseTheSocket) {
     if (geteuid() != 0) {
         GTEST_SKIP() << "only root can take on another user's rights";
     }
-    const TempFolder folder;
+    const WorkingFolder folder;
     ASSERT_EQ(chmod(".", 0755), 0);
     EXPECT_TRUE(hasDeviceRights());
     EXPECT_FALSE(nobodyHasDeviceRights());

@@ -8,9 +8,9 @@ namespace tavocal {
 
 // A new, empty folder that is the working directory as long as the object lives, and is deleted
 // with all that is in it afterwards.
-class TempFolder {
+class WorkingFolder {
   public:
-    TempFolder() : before(std::filesystem::current_path()) {
+    WorkingFolder() : before(std::filesystem::current_path()) {
         std::random_device random;
         do {
             folder =
@@ -18,9 +18,9 @@ class TempFolder {
         } while (!std::filesystem::create_directory(folder));
         std::filesystem::current_path(folder);
     }
-    TempFolder(const TempFolder&) = delete;
-    TempFolder& operator=(const TempFolder&) = delete;
-    ~TempFolder() {
+    WorkingFolder(const WorkingFolder&) = delete;
+    WorkingFolder& operator=(const WorkingFolder&) = delete;
+    ~WorkingFolder() {
         std::error_code ignored;
         std::filesystem::current_path(before, ignored);
         std::filesystem::remove_all(folder, ignored);

@@ -1,0 +1,242 @@
+#include "app/DataCollection.h"
+
+#include <algorithm>
+#include <chrono>
+#include <string>
+#include <thread>
+
+#include "app/CalibratedDump.h"
+#include "app/CmdLine.h"
+#include "app/RunSettings.h"
+#include "base/Clock.h"
+#include "base/Failures.h"
+#include "base/Logger.h"
+#include "base/TextToNumber.h"
+#include "formats/CsvParser.h"
+#include "platform/Console.h"
+#include "platform/Files.h"
+#include "process/Process.h"
+#include "sampling/SensorManager.h"
+#include "sensors/Sensor.h"
+
+namespace tavocal {
+
+namespace {
+
+void print(const std::string& text) {
+    platform::Console::instance().write(text);
+}
+
+void printColoured(int attribute, const std::string& text) {
+    platform::Console& console = platform::Console::instance();
+    console.setConsoleColour(attribute);
+    console.write(text);
+    console.resetConsoleColour();
+}
+
+}  // namespace
+
+DataCollection::DataCollection(const CmdLine& commandLine, const RunSettings& runSettings,
+                               SensorManager& manager)
+    : cmdLine(commandLine), settings(runSettings), sensorManager(manager) {}
+
+void DataCollection::collectData(Process& process,
+                                 const std::vector<std::shared_ptr<Sensor>>& sensors,
+                                 const std::function<void()>& writeReport) {
+    if (settings.usesDumps) {
+        replay(process, sensors);
+    } else {
+        collectLive(process, writeReport);
+    }
+}
+
+// ---- Replay ----
+
+void DataCollection::replay(Process& process, const std::vector<std::shared_ptr<Sensor>>& sensors) {
+    if (!platform::isDirectory(settings.dumpFolder)) {
+        throw CalibrationException("Folder " + settings.dumpFolder + " does not exist");
+    }
+    sensorManager.loadDump(settings.dumpFolder, settings.dumpPrefix, settings.isOffline);
+    sensorManager.playData();
+    if (process.runType == RunCommand::CalibrateAls) {
+        for (const auto& sensor : sensors) {
+            process.passLevelsToSensor(*sensor);
+        }
+    }
+}
+
+// ---- Live ----
+
+void DataCollection::collectLive(Process& process, const std::function<void()>& writeReport) {
+    const bool noEnter = cmdLine.hasOption("NoEnter");
+    const int noEnterMs = noEnter ? parseInt(cmdLine.value("NoEnter")) : 0;
+    if (noEnter && noEnterMs == 0) {
+        throw CalibrationException("Error. atoi() returned 0.");
+    }
+    print(process.getInstructions(noEnter) + "\n");
+    try {
+        runSteps(process, noEnterMs);
+    } catch (const CalibrationException&) {
+        reportFailedCollection(writeReport);
+        throw;
+    } catch (const std::exception&) {
+        stopQuietly();
+        throw;
+    }
+    stopAfterLastStep();
+    if (settings.runCommand == RunCommand::CalibrateAls) {
+        process.finishCollection();
+    }
+}
+
+void DataCollection::runSteps(Process& process, int noEnterMs) {
+    for (int step = 0; step < process.stageCount; ++step) {
+        runStep(process, step, noEnterMs);
+        if (step < process.stageCount - 1) {
+            process.currentStep = std::min(process.currentStep + 1, process.stageCount - 1);
+            print(process.getInstructions(true) + "\n");
+        }
+    }
+}
+
+void DataCollection::runStep(Process& process, int step, int noEnterMs) {
+    if (process.needsUserInput() && noEnterMs == 0) {
+        readOperator(process);
+    }
+    platform::Console::instance().flush();
+    std::this_thread::sleep_for(std::chrono::milliseconds(noEnterMs));
+    if (step == 0) {
+        startSampling();
+    }
+    sensorManager.waitForStepFinish(process.isThreeRotationsStage());
+    print("\a");
+    platform::Console::instance().flush();
+    printColoured(platform::kLightGreen, "STEP " + std::to_string(step + 1) + " PASSED\n");
+}
+
+void DataCollection::readOperator(Process& process) {
+    const std::uint64_t begin = currentTimeMs();
+    const std::string answer = process.readUserInput();
+    waitSeconds += static_cast<int>((currentTimeMs() - begin) / 1000);
+    if (!answer.empty()) {
+        sensorManager.stageChanged(answer);
+    }
+}
+
+void DataCollection::startSampling() {
+    const std::lock_guard<std::mutex> lock(collectionMutex);
+    sensorManager.startSampling();
+    collectionStatus = Status::Running;
+}
+
+void DataCollection::stopSampling() {
+    const std::lock_guard<std::mutex> lock(collectionMutex);
+    if (collectionStatus == Status::Stopped) {
+        return;
+    }
+    // Whatever comes of the stop, it is not tried again.
+    collectionStatus = Status::Stopped;
+    try {
+        sensorManager.stopSampling();
+    } catch (const CalibrationException&) {
+        TAVOCAL_LOG(Debug, "CalibrationManager::stopSampling",
+                    "CalibrationManager::start, caught CalibrationException");
+        throw;
+    }
+}
+
+void DataCollection::stopAfterLastStep() {
+    try {
+        stopSampling();
+    } catch (const CalibrationException&) {
+        print(
+            "DATA COLLECTION FAILED since there are significant differences in last sample's "
+            "timestamp between sensors\n");
+        throw;
+    } catch (const std::exception& exception) {
+        print(std::string("DATA COLLECTION FAILED:") + exception.what() + "\n");
+        throw CalibrationException("failed during sampling sensors");
+    }
+}
+
+void DataCollection::reportFailedCollection(const std::function<void()>& writeReport) {
+    platform::Console& console = platform::Console::instance();
+    console.setConsoleColour(platform::kLightRed);
+    if (settings.isMagTest) {
+        writeReport();
+    } else {
+        console.write("DATA COLLECTION FAILED\n");
+    }
+    console.resetConsoleColour();
+    stopQuietly();
+}
+
+void DataCollection::stopQuietly() {
+    try {
+        stopSampling();
+    } catch (const CalibrationException&) {
+        // The failure that ended the collection is the one to tell.
+        TAVOCAL_LOG(Debug, "CalibrationManager::collectData", "Failed to stop after a failure");
+    }
+}
+
+// ---- Dumps ----
+
+void DataCollection::writeDump() {
+    if (!settings.exportFolderSet || settings.usesDumps ||
+        collectionStatus == Status::DumpWritten) {
+        return;
+    }
+    const std::lock_guard<std::mutex> lock(dumpMutex);
+    TAVOCAL_LOG(Debug, "CalibrationManager::writeDump",
+                "write dump func, data collecting status is: " +
+                    std::to_string(static_cast<int>(collectionStatus.load())));
+    const std::string path = settings.exportFolder + "dataDump";
+    print("Saving data dump to file " + path + "\n");
+    CsvParser().writeToFile(path + ".csv", sensorManager.getSamples());
+    collectionStatus = Status::DumpWritten;
+}
+
+void DataCollection::writeCalibratedDump() {
+    if (!settings.exportFolderSet || !cmdLine.hasOption("ExportResult")) {
+        return;
+    }
+    const std::lock_guard<std::mutex> lock(dumpMutex);
+    TAVOCAL_LOG(Debug, "CalibrationManager::writeCalibratedDump",
+                "write out dump func, data collecting status is: " +
+                    std::to_string(static_cast<int>(collectionStatus.load())));
+    const std::string path = settings.exportFolder + "calibratedDataDump";
+    print("Saving out data dump to file " + path + "\n");
+    CsvParser().writeToFile(path + ".csv", calibratedSamples(sensorManager.getSamples()));
+    collectionStatus = Status::DumpWritten;
+}
+
+// ---- Interrupt ----
+
+void DataCollection::abort() {
+    constexpr const char* kName = "CalibrationManager::abort";
+    const std::lock_guard<std::mutex> lock(collectionMutex);
+    const Status status = collectionStatus;
+    TAVOCAL_LOG(Debug, kName,
+                "data collecting status is: " + std::to_string(static_cast<int>(status)));
+    if (status == Status::NeverStarted) {
+        return;
+    }
+    if (status == Status::Running) {
+        TAVOCAL_LOG(Debug, kName, "Calling stop sampling func");
+        try {
+            sensorManager.stopSampling();
+        } catch (const CalibrationException&) {
+            TAVOCAL_LOG(Warning, kName, "Caught exception");
+        }
+    }
+    TAVOCAL_LOG(Debug, kName, "Calling write dump func");
+    try {
+        writeDump();
+    } catch (const CalibrationException& exception) {
+        TAVOCAL_LOG(Warning, kName, "Caught exception");
+        TAVOCAL_LOG(Warning, kName, exception.what());
+    }
+}
+
+}  // namespace tavocal

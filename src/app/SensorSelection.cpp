@@ -1,0 +1,156 @@
+#include "app/SensorSelection.h"
+
+#include <string>
+
+#include "app/CmdLine.h"
+#include "app/RunSettings.h"
+#include "base/Failures.h"
+#include "base/Text.h"
+#include "formats/DumpPaths.h"
+#include "sensors/Sensor.h"
+#include "sensors/SensorTypes.h"
+
+namespace tavocal {
+
+namespace {
+
+struct DumpClass {
+    const char* name;
+    std::uint16_t type;
+};
+
+constexpr DumpClass kAccelerometerDump = {kAccelerometerName, kAccelerometerType};
+constexpr DumpClass kGyroscopeDump = {kGyroscopeName, kGyroscopeType};
+constexpr DumpClass kMagnetometerDump = {kMagnetometerName, kMagnetometerType};
+constexpr DumpClass kAmbientLightDump = {kAmbientLightName, kAmbientLightType};
+
+bool isOfClass(const Sensor& sensor, const char* className) {
+    return contains(sensor.getDisplayName(), className);
+}
+
+bool isSecondary(const Sensor& sensor) {
+    return contains(sensor.getDisplayName(), "_2");
+}
+
+std::vector<DumpClass> dumpClasses(const RunSettings& settings) {
+    std::vector<DumpClass> classes;
+    switch (settings.runCommand) {
+        case RunCommand::Calibrate:
+        case RunCommand::TestCalibration:
+            if (settings.selectAccelerometer) {
+                classes.push_back(kAccelerometerDump);
+            }
+            if (settings.selectGyroscope) {
+                classes.push_back(kGyroscopeDump);
+            }
+            if (settings.selectMagnetometer) {
+                classes.push_back(kMagnetometerDump);
+            }
+            break;
+        case RunCommand::CalibrateAls:
+            classes.push_back(kAmbientLightDump);
+            break;
+        default:
+            classes.push_back(kMagnetometerDump);
+            break;
+    }
+    return classes;
+}
+
+}  // namespace
+
+SensorSelection::SensorSelection(const CmdLine& commandLine, const RunSettings& runSettings)
+    : cmdLine(commandLine), settings(runSettings) {}
+
+SensorSelection::Sensors SensorSelection::initSensorsFromDumps() const {
+    Sensors sensors;
+    const auto addIfDumped = [&](const DumpClass& dump, const std::string& suffix,
+                                 std::uint8_t instance) {
+        if (dumpFileExists(settings.dumpPrefix, settings.dumpFolder, dump.name + suffix)) {
+            sensors.push_back(makeSensor({dump.type, 0, 0, instance, kStaticFlag}));
+        }
+    };
+    for (const DumpClass& dump : dumpClasses(settings)) {
+        addIfDumped(dump, "", 0);
+        addIfDumped(dump, "_2", 1);
+    }
+    return sensors;
+}
+
+SensorSelection::Sensors SensorSelection::initCalibratingSensors(
+    const Sensors& physicalSensors, const SecondInstanceCheck& checkSecondInstance) const {
+    Sensors calibratingSensors;
+    for (const auto& sensor : physicalSensors) {
+        if (isEligible(*sensor) && keeps(*sensor, checkSecondInstance)) {
+            calibratingSensors.push_back(sensor);
+        }
+    }
+    if (calibratingSensors.empty()) {
+        throw CalibrationException("No sensors to calibrate could be found");
+    }
+    if (!settings.isOffline && settings.usesDumps) {
+        requireDumps(calibratingSensors);
+    }
+    return calibratingSensors;
+}
+
+bool SensorSelection::isEligible(const Sensor& sensor) const {
+    if (settings.isCalibrating && sensor.isCalibratable() &&
+        sensor.supportsRunType(settings.runCommand)) {
+        return true;
+    }
+    return settings.isTesting && sensor.isTestable();
+}
+
+bool SensorSelection::isSelected(const Sensor& sensor) const {
+    return !cmdLine.hasOption(isSecondary(sensor) ? "PrimaryOnly" : "SecondaryOnly");
+}
+
+bool SensorSelection::isClassSelected(const Sensor& sensor) const {
+    return (isOfClass(sensor, kAccelerometerName) && settings.selectAccelerometer) ||
+           (isOfClass(sensor, kGyroscopeName) && settings.selectGyroscope) ||
+           (isOfClass(sensor, kMagnetometerName) && settings.selectMagnetometer);
+}
+
+bool SensorSelection::keeps(Sensor& sensor, const SecondInstanceCheck& checkSecondInstance) const {
+    switch (settings.runCommand) {
+        case RunCommand::MagEnvironmentTest:
+            return isOfClass(sensor, kMagnetometerName);
+        case RunCommand::CalibrateAls:
+            return isOfClass(sensor, kAmbientLightName) && isSelected(sensor);
+        case RunCommand::Calibrate:
+        case RunCommand::TestCalibration:
+            return keepsMotionSensor(sensor, checkSecondInstance);
+        case RunCommand::None:
+            break;
+    }
+    return false;
+}
+
+bool SensorSelection::keepsMotionSensor(Sensor& sensor,
+                                        const SecondInstanceCheck& checkSecondInstance) const {
+    if (isSecondary(sensor) && isSelected(sensor) && !settings.runsWithoutDevice()) {
+        checkSecondInstance();
+    }
+    if (!isClassSelected(sensor) || !isSelected(sensor)) {
+        return false;
+    }
+    if (isOfClass(sensor, kGyroscopeName) && cmdLine.hasOption("NoGyroRotation")) {
+        sensor.setNoGyroRotation(true);
+    }
+    if (cmdLine.hasOption("CheckVsOriginalAxis")) {
+        sensor.setCheckVsOriginalAxis(true);
+    }
+    return true;
+}
+
+void SensorSelection::requireDumps(const Sensors& sensors) const {
+    for (const auto& sensor : sensors) {
+        const std::string displayName = sensor->getDisplayName();
+        if (!dumpFileExists(settings.dumpPrefix, settings.dumpFolder, displayName)) {
+            throw CalibrationException("No datadump file for sensor " + displayName + " found");
+        }
+    }
+}
+
+}  // namespace tavocal

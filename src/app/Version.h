@@ -1,0 +1,7 @@
+#pragma once
+
+namespace tavocal {
+
+constexpr const char* kVersionText = "3.1.0.4596";
+
+}  // namespace tavocal

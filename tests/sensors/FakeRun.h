@@ -1,0 +1,36 @@
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "sensors/RunContext.h"
+
+namespace tavocal::test {
+
+// A run that says what a test wants it to say.
+class FakeRun : public RunContext {
+  public:
+    explicit FakeRun(FlowType flow, RunCommand command = RunCommand::Calibrate)
+        : type(command), flowKind(flow) {}
+
+    RunCommand runType() const override { return type; }
+    FlowType flowType() const override { return flowKind; }
+    int stageCount() const override { return stages; }
+    const std::vector<double>& segmentTimes() const override { return times; }
+    const std::vector<int>& lightSegments() const override { return segments; }
+    bool isInteractive() const override { return interactive; }
+    void addFailure(int kind, const std::string& sensorName) override {
+        failures.emplace_back(kind, sensorName);
+    }
+
+    RunCommand type;
+    FlowType flowKind;
+    int stages = 4;
+    std::vector<double> times;
+    std::vector<int> segments;
+    bool interactive = false;
+    std::vector<std::pair<int, std::string>> failures;
+};
+
+}  // namespace tavocal::test

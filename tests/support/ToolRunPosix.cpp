@@ -1,0 +1,70 @@
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+
+#include "support/ToolRun.h"
+
+namespace tavocal::test {
+
+namespace {
+
+constexpr int kCannotStart = 127;
+
+[[noreturn]] void becomeTool(const std::string& folder, std::vector<char*>& argv, int output) {
+    const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
+    if (chdir(folder.c_str()) != 0 || dup2(nothing, STDIN_FILENO) < 0 ||
+        dup2(output, STDOUT_FILENO) < 0 || dup2(output, STDERR_FILENO) < 0) {
+        _exit(kCannotStart);
+    }
+    execv(argv[0], argv.data());
+    _exit(kCannotStart);
+}
+
+std::string readAll(int descriptor) {
+    std::string text;
+    std::array<char, 4096> part{};
+    ssize_t got = 0;
+    while ((got = read(descriptor, part.data(), part.size())) > 0) {
+        text.append(part.data(), static_cast<std::size_t>(got));
+    }
+    return text;
+}
+
+}  // namespace
+
+ToolResult runTavocal(const std::string& folder, const std::vector<std::string>& arguments) {
+    std::vector<std::string> words = {TAVOCAL_PROGRAM};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<char*> argv;
+    for (std::string& word : words) {
+        argv.push_back(word.data());
+    }
+    argv.push_back(nullptr);
+
+    std::array<int, 2> ends{};
+    if (pipe(ends.data()) != 0) {
+        return {};
+    }
+    const pid_t child = fork();
+    if (child == 0) {
+        close(ends[0]);
+        becomeTool(folder, argv, ends[1]);
+    }
+    close(ends[1]);
+    ToolResult result;
+    result.output = readAll(ends[0]);
+    close(ends[0]);
+    int status = 0;
+    waitpid(child, &status, 0);
+    result.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    return result;
+}
+
+std::string from(const std::string& text, const std::string& begin) {
+    const std::size_t at = text.find(begin);
+    return at == std::string::npos ? std::string() : text.substr(at);
+}
+
+}  // namespace tavocal::test
