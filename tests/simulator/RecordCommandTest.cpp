@@ -2,10 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
 #include "platform/Files.h"
 #include "simulator/Arguments.h"
+#include "support/TempFolder.h"
 
 namespace tavocal::simulator {
 namespace {
@@ -107,8 +106,8 @@ TEST(RecordCommandTest, WrongArgumentsAreNamed) {
 }
 
 TEST(RecordCommandTest, FilesOfARunAreWritten) {
-    const std::string folder =
-        (std::filesystem::path(testing::TempDir()) / "tavosim-record").string();
+    const test::TempFolder temporary;
+    const std::string folder = temporary.path("run");
     const Words arguments = {"--flow", "minimal", "--hold", "1",     "--sensors",
                              "AM",     "--out",   folder,   "--crlf"};
     runRecordCommand(arguments);
@@ -120,7 +119,6 @@ TEST(RecordCommandTest, FilesOfARunAreWritten) {
     ASSERT_TRUE(platform::readFile(folder + "\\truth.txt", truth));
     EXPECT_NE(truth.find("flow=minimal\r\nseed=1\r\n"), std::string::npos);
     EXPECT_NE(truth.find("stage1.end_ms=1000.000000\r\n"), std::string::npos);
-    std::filesystem::remove_all(folder);
 }
 
 TEST(RecordCommandTest, FolderThatCannotBeMadeIsReported) {
