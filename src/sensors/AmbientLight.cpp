@@ -216,8 +216,9 @@ CalibrationBlock AmbientLight::calibratedBlock() const {
 
 CalibrationBlock AmbientLight::prependFormat(const CalibrationBlock& body) {
     TAVOCAL_LOG(Insane, "prependFormat", "Started AmbientLight::prependFormat");
-    CalibrationBlock block{kLightFormatId, 0};
-    block.insert(block.end(), body.begin(), body.end());
+    CalibrationBlock block(2 + body.size());
+    block[0] = kLightFormatId;
+    std::copy(body.begin(), body.end(), block.begin() + 2);
     return block;
 }
 

@@ -268,7 +268,7 @@ Vector InertialSensor::medianAndNoise(const std::vector<Sample>& samples) {
     for (int axis = 0; axis < 3; ++axis) {
         std::transform(samples.begin(), samples.end(), values.begin(),
                        [axis](const Sample& sample) { return sample.values[axis]; });
-        noiseVector[axis] += stdDev(values);
+        noiseVector[axis] += std::sqrt(variance(values));
     }
     return medianOfAxes(samples, 0, static_cast<int>(samples.size()) - 1);
 }
@@ -388,8 +388,9 @@ void InertialSensor::convertToFWForamt() {
 
 CalibrationBlock InertialSensor::prependFormat(const CalibrationBlock& body) const {
     TAVOCAL_SCOPE_STARTED("InertialSensor::prependFormat");
-    CalibrationBlock block = {static_cast<std::uint8_t>(formatId & 0xFF), 0};
-    block.insert(block.end(), body.begin(), body.end());
+    CalibrationBlock block(kBlockHeadSize + body.size());
+    block[0] = static_cast<std::uint8_t>(formatId & 0xFF);
+    std::copy(body.begin(), body.end(), block.begin() + kBlockHeadSize);
     return block;
 }
 
