@@ -15,7 +15,7 @@ namespace tavocal {
 // median of three, so that a lone spike never gets there.
 class AmbientLight : public Sensor {
   public:
-    explicit AmbientLight(const LUID& luid);
+    explicit AmbientLight(const LUID& identity);
 
     // Throws CalibrationException for a level that gives no usable multiplier, or if there are no
     // levels.
