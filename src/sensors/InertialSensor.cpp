@@ -7,6 +7,7 @@
 #include "base/Failures.h"
 #include "base/LittleEndian.h"
 #include "base/ScopeLog.h"
+#include "formats/InertialXml.h"
 #include "numerics/Decompositions.h"
 #include "numerics/Statistics.h"
 #include "numerics/TextForms.h"
@@ -117,6 +118,10 @@ void InertialSensor::validateCalibrationData(const CalibrationBlock& block) cons
             throw;
         }
     }
+}
+
+void InertialSensor::writeCalibrationXml(XmlElement& data, const CalibrationBlock& block) const {
+    writeInertialPayload(data, block, *this);
 }
 
 std::string InertialSensor::toDisplayText() const {

@@ -49,6 +49,7 @@ class InertialSensor : public Sensor {
     bool supportsRunType(RunCommand command) const override;
     void setCalibrationData(CalibrationBlock block) override;
     void validateCalibrationData(const CalibrationBlock& block) const override;
+    void writeCalibrationXml(XmlElement& data, const CalibrationBlock& block) const override;
     void setNoGyroRotation(bool noRotation) override;
 
     // Stage detection, on the delivering thread. `since` in milliseconds.

@@ -4,8 +4,11 @@
 
 #include "base/Failures.h"
 #include "base/LittleEndian.h"
+#include "formats/CustomXml.h"
+#include "formats/SensorXml.h"
 #include "sensors/InertialBlock.h"
 #include "sensors/RunContext.h"
+#include "xml/XmlElement.h"
 
 namespace tavocal {
 
@@ -82,6 +85,23 @@ void Sensor::validateSize(const CalibrationBlock& block) const {
     if (tooSmall || tooLarge) {
         throw CalibrationException("Invalid calibration data size");
     }
+}
+
+std::unique_ptr<XmlElement> Sensor::sensorToXml(bool useCurrent) const {
+    const bool useOriginal = useCurrent || calibrationToWrite.empty();
+    if (useOriginal && (originalCalibration.empty() || !calibrationLoaded)) {
+        return nullptr;
+    }
+    const CalibrationBlock& block = useOriginal ? originalCalibration : calibrationToWrite;
+    requireBlockSize(block, kBlockHeadSize);
+    auto element = makeSensorElement(luid);
+    XmlElement& data = addCalibrationData(*element, block);
+    if (block[0] < kFirstVendorFormat) {
+        writeCalibrationXml(data, block);
+    } else {
+        writeCustomPayload(data, block);
+    }
+    return element;
 }
 
 void Sensor::setManager(RunContext* context) {

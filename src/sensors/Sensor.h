@@ -9,6 +9,7 @@
 #include "numerics/Sample.h"
 #include "numerics/Vector.h"
 #include "process/RunTypes.h"
+#include "sensors/CalibrationBlock.h"
 #include "sensors/Luid.h"
 #include "sensors/SensorReport.h"
 
@@ -16,11 +17,6 @@ namespace tavocal {
 
 class RunContext;
 class XmlElement;
-
-using CalibrationBlock = std::vector<std::uint8_t>;
-
-// FormatId values from here on mark a vendor's own format, of which only that byte is known.
-constexpr int kFirstVendorFormat = 128;
 
 // One firmware sensor: its identity, its calibration blocks, the samples of the run and its part
 // of the report. Subclasses add the calibration maths. Sensors are held by shared pointers and are
@@ -71,6 +67,14 @@ class Sensor {
     // Takes a block that the firmware or a file holds. Throws CalibrationException for a bad one.
     virtual void setCalibrationData(CalibrationBlock block);
     virtual void validateCalibrationData(const CalibrationBlock& block) const;
+
+    // The "Sensor" element of a calibration file with the block to write; with the block that was
+    // loaded if `useCurrent` or if there is none to write. Null if there is no block at all. Throws
+    // CalibrationException for a block that can't be told in XML.
+    std::unique_ptr<XmlElement> sensorToXml(bool useCurrent) const;
+    // Appends the content of `block`, whose format isn't a vendor's own, to the "CalibrationData"
+    // element.
+    virtual void writeCalibrationXml(XmlElement& data, const CalibrationBlock& block) const = 0;
 
     // `context` must outlive the sensor's work in the run.
     virtual void setManager(RunContext* context);
