@@ -2,6 +2,7 @@
 #include <array>
 
 #include "sensors/Accelerometer.h"
+#include "sensors/AmbientLight.h"
 #include "sensors/GenericSensor.h"
 #include "sensors/InertialSensor.h"
 #include "sensors/SensorTypes.h"
@@ -34,6 +35,8 @@ bool isPlainInertial(std::uint16_t type) {
 
 std::shared_ptr<Sensor> makeSensor(const LUID& luid) {
     switch (luid.SensorTypeId) {
+        case kAmbientLightType:
+            return std::make_shared<AmbientLight>(luid);
         case kAccelerometerType:
             return std::make_shared<Accelerometer>(luid);
         default:
