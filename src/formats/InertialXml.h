@@ -12,4 +12,8 @@ class XmlElement;
 void writeInertialPayload(XmlElement& data, const CalibrationBlock& block,
                           const InertialSensor& sensor);
 
+// Reads a parsed payload into calibrationToWrite. The sensor's present block must have been loaded
+// if it is dynamic. Throws CalibrationException.
+void readInertialPayload(const XmlElement& data, int formatId, int version, InertialSensor& sensor);
+
 }  // namespace tavocal

@@ -14,6 +14,9 @@ constexpr std::size_t kBlockHeadSize = 2;
 // FormatId values from here on mark a vendor's own format, of which only that byte is known.
 constexpr int kFirstVendorFormat = 128;
 
+// A block of nothing but its head. REQUIRES: both from 0 to 255.
+CalibrationBlock blockHead(int formatId, int version);
+
 // Throws CalibrationException "Invalid calibration data" if the block is shorter than `size`.
 void requireBlockSize(const CalibrationBlock& block, std::size_t size);
 

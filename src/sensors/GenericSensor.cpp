@@ -14,6 +14,11 @@ void GenericSensor::validateCalibrationData(const CalibrationBlock& block) const
     }
 }
 
+void GenericSensor::readCalibrationXml(const XmlElement& /*data*/, int /*formatId*/,
+                                       int /*version*/) {
+    throw CalibrationException("Error. No calibration data format is available");
+}
+
 void GenericSensor::writeCalibrationXml(XmlElement& data, const CalibrationBlock& /*block*/) const {
     writeCustomPayload(data, calibrationToWrite.empty() ? originalCalibration : calibrationToWrite);
 }

@@ -4,6 +4,7 @@
 
 #include "base/Failures.h"
 #include "base/LittleEndian.h"
+#include "firmware/SDT.h"
 #include "formats/CustomXml.h"
 #include "formats/SensorXml.h"
 #include "sensors/InertialBlock.h"
@@ -56,6 +57,18 @@ bool Sensor::isTestable() const {
     return isStatic();
 }
 
+void Sensor::loadFromFirmware() {
+    SDT firmware;
+    loadFromFirmware(firmware);
+}
+
+void Sensor::loadFromFirmware(SDT& firmware) {
+    CalibrationBlock block = firmware.getCalibrationData(luid);
+    if (!block.empty()) {
+        setCalibrationData(std::move(block));
+    }
+}
+
 void Sensor::setCalibrationData(CalibrationBlock block) {
     validateCalibrationData(block);
     calibrationLoaded = true;
@@ -85,6 +98,11 @@ void Sensor::validateSize(const CalibrationBlock& block) const {
     if (tooSmall || tooLarge) {
         throw CalibrationException("Invalid calibration data size");
     }
+}
+
+void Sensor::importCalibration(CalibrationBlock block) {
+    validateCalibrationData(block);
+    calibrationToWrite = std::move(block);
 }
 
 std::unique_ptr<XmlElement> Sensor::sensorToXml(bool useCurrent) const {
