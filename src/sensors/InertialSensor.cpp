@@ -8,6 +8,7 @@
 #include "base/LittleEndian.h"
 #include "base/ScopeLog.h"
 #include "firmware/SDT.h"
+#include "formats/InertialXml.h"
 #include "numerics/Decompositions.h"
 #include "numerics/Statistics.h"
 #include "numerics/TextForms.h"
@@ -35,7 +36,7 @@ Matrix withRows(const Matrix& matrix, int rows) {
 }  // namespace
 
 InertialSensor::InertialSensor(const LUID& identity) : Sensor(identity) {
-    sensorKind = 1;
+    sensorKind = kInertialKind;
     valuesPerSample = 3;
     if (isStatic()) {
         minCalibrationSize = kStaticBlockSize;
@@ -94,6 +95,12 @@ void InertialSensor::setImportedWhiteNoise(double value) {
     whiteNoiseImported = true;
 }
 
+void InertialSensor::loadFromFirmware(SDT& firmware) {
+    Sensor::loadFromFirmware(firmware);
+    formFactor = firmware.getFormFactor();
+    hinge = firmware.getHinge();
+}
+
 void InertialSensor::setCalibrationData(CalibrationBlock block) {
     if (isDynamic() && !block.empty() && block[0] != formatId) {
         platform::Console::instance().write(
@@ -120,10 +127,12 @@ void InertialSensor::validateCalibrationData(const CalibrationBlock& block) cons
     }
 }
 
-void InertialSensor::loadFromFirmware() {
-    Sensor::loadFromFirmware();
-    formFactor = SDT().getFormFactor();
-    hinge = SDT().getHinge();
+void InertialSensor::readCalibrationXml(const XmlElement& data, int blockFormat, int version) {
+    readInertialPayload(data, blockFormat, version, *this);
+}
+
+void InertialSensor::writeCalibrationXml(XmlElement& data, const CalibrationBlock& block) const {
+    writeInertialPayload(data, block, *this);
 }
 
 std::string InertialSensor::toDisplayText() const {
