@@ -33,9 +33,10 @@ void MotionReplay::add(const std::shared_ptr<InertialSensor>& sensor) {
 bool MotionReplay::play(const simulator::Recording& recording) {
     process.buildStages();
     std::vector<std::pair<InertialSensor*, simulator::Row>> rows;
-    for (const auto& sensor : sensors) {
-        for (const simulator::Row& row : recording.rows.at(sensor->getDisplayName())) {
-            rows.emplace_back(sensor.get(), row);
+    // Of samples of the same time, that of the later sensor goes first.
+    for (auto sensor = sensors.rbegin(); sensor != sensors.rend(); ++sensor) {
+        for (const simulator::Row& row : recording.rows.at((*sensor)->getDisplayName())) {
+            rows.emplace_back(sensor->get(), row);
         }
     }
     std::stable_sort(rows.begin(), rows.end(),
