@@ -1,5 +1,6 @@
 #include "simulator/Arguments.h"
 
+#include <algorithm>
 #include <charconv>
 
 #include "base/Failures.h"
@@ -53,7 +54,30 @@ double Arguments::number(double low, double high) {
 }
 
 long long Arguments::wholeNumber(long long low, long long high) {
+    return wholeNumber(text(), low, high);
+}
+
+std::vector<int> Arguments::wholeNumbers(int low, int high) {
+    const std::string list = text();
+    std::vector<int> numbers;
+    for (std::size_t begin = 0; begin <= list.size();) {
+        const std::size_t end = std::min(list.find(',', begin), list.size());
+        numbers.push_back(
+            static_cast<int>(wholeNumber(list.substr(begin, end - begin), low, high)));
+        begin = end + 1;
+    }
+    return numbers;
+}
+
+std::string Arguments::line() {
     const std::string value = text();
+    if (value.find_first_of("\r\n") != std::string::npos) {
+        throw ArgumentError("The value of " + option + " must be one line");
+    }
+    return value;
+}
+
+long long Arguments::wholeNumber(const std::string& value, long long low, long long high) const {
     long long result = 0;
     const char* end = value.data() + value.size();
     const auto [stop, failure] = std::from_chars(value.data(), end, result);

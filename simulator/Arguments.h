@@ -27,8 +27,14 @@ class Arguments {
     // REQUIRES: low not above high; both are allowed.
     double number(double low, double high);
     long long wholeNumber(long long low, long long high);
+    // Whole numbers with commas between them, at least one.
+    std::vector<int> wholeNumbers(int low, int high);
+    // One line of a dump's head.
+    std::string line();
 
   private:
+    long long wholeNumber(const std::string& value, long long low, long long high) const;
+
     std::vector<std::string> arguments;
     std::size_t position = 0;
     std::string option;

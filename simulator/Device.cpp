@@ -27,6 +27,9 @@ Device::Device(const DeviceOptions& options)
       magneticField(options.fieldMg, options.dipDegrees),
       sensorModels(makeSensors(options)),
       tick(options.wholeMilliseconds ? 1.0 : 0.001) {
+    for (const Magnet& magnet : magnetsOf(options.room)) {
+        magneticField.addMagnet(magnet);
+    }
     for (std::size_t i = 0; i < sensorModels.size(); ++i) {
         const std::string stream = "clock of " + sensorModels[i].name();
         Random random(options.seed, stream + ", phase");

@@ -16,7 +16,8 @@ using SampleSink = std::function<void(const SensorModel& sensor, const Row& row)
 
 // A rigid device with its sensors, in a world with gravity and a magnetic field. Time runs from 0,
 // in seconds. The motion may be planned far ahead (a recording) or only up to now (a live run):
-// what lies before the last `advanceTo` must not be changed any more. One thread at a time.
+// what lies before the last `advanceTo` must not be changed any more. A sample takes in up to a
+// millisecond behind its own time, as far as the motion is planned by then. One thread at a time.
 class Device {
   public:
     explicit Device(const DeviceOptions& options);

@@ -6,6 +6,7 @@
 
 #include "simulator/Fault.h"
 #include "simulator/Hand.h"
+#include "simulator/Room.h"
 
 namespace tavocal::simulator {
 
@@ -20,6 +21,7 @@ struct DeviceOptions {
 
     double fieldMg = 480.0;    // the earth's magnetic field
     double dipDegrees = 60.0;  // how far it points down
+    Room room = Room::Clean;   // what else is magnetic there
 
     // Standard deviation of the noise per axis; without a value that of the kind.
     std::optional<double> noiseG;

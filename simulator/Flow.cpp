@@ -28,6 +28,8 @@ constexpr std::array<FlowStep, 4> kFourSteps = {
 constexpr std::array<FlowStep, 4> kMagAccuracy = {
     {kFirstPosition, {kZ, 90.0}, {kZ, 90.0}, {kZ, 90.0}}};
 constexpr std::array<FlowStep, 1> kMinimal = {kFirstPosition};
+constexpr std::array<FlowStep, 4> kMagTest = {
+    {{kX, 360.0}, {kY, 360.0}, {kZ, 360.0}, {{}, 0.0, true}}};
 
 struct Entry {
     Flow flow;
@@ -35,12 +37,13 @@ struct Entry {
     std::span<const FlowStep> steps;
 };
 
-constexpr std::array<Entry, 5> kFlows = {{
+constexpr std::array<Entry, 6> kFlows = {{
     {Flow::Full, "full", kFull},
     {Flow::AccelerometerOnly, "accelerometer", kAccelerometerOnly},
     {Flow::FourSteps, "foursteps", kFourSteps},
     {Flow::MagAccuracy, "magaccuracy", kMagAccuracy},
     {Flow::Minimal, "minimal", kMinimal},
+    {Flow::MagTest, "magtest", kMagTest},
 }};
 
 const Entry& entryOf(Flow flow) {

@@ -1,5 +1,6 @@
 #include "simulator/Operator.h"
 
+#include <array>
 #include <cmath>
 
 #include "simulator/Device.h"
@@ -8,6 +9,9 @@ namespace tavocal::simulator {
 
 namespace {
 
+// Metres, world frame. Nobody comes back to the very place where the walk began.
+constexpr std::array<Vec3, 4> kWalk = {
+    {{0.3, 0.0, 0.0}, {0.0, 0.2, 0.0}, {-0.2, 0.0, 0.0}, {0.0, -0.15, 0.0}}};
 constexpr double kKnockDegrees = 25.0;
 constexpr double kKnockSeconds = 0.5;
 constexpr double kKnockDelay = 0.6;  // after the position was taken: not yet seen as still
@@ -34,7 +38,8 @@ Operator::Operator(const OperatorOptions& theOptions, std::uint64_t seed, Device
         mistakeStep =
             options.mistakeStep ? options.mistakeStep : usualStep(options.mistake, options.flow);
     }
-    device.motion().startAt(targetOf(0));
+    // A flow that begins with a movement begins from the position that its first step leads to.
+    device.motion().startAt(staysPut(0) ? targetOf(0) : targets[0]);
 }
 
 bool Operator::errs(Mistake mistake, std::size_t step) const {
@@ -45,6 +50,11 @@ bool Operator::errs(Mistake mistake, std::size_t step) const {
 bool Operator::isTilt(std::size_t step) const {
     const double degrees = std::abs(flowSteps(options.flow)[step].degrees);
     return degrees > 0.0 && degrees < 360.0;
+}
+
+bool Operator::staysPut(std::size_t step) const {
+    const FlowStep& asked = flowSteps(options.flow)[step];
+    return errs(Mistake::SkippedTurn, step) || (asked.degrees == 0.0 && !asked.walks);
 }
 
 // How far the step's turn really goes.
@@ -71,7 +81,7 @@ Quaternion Operator::targetOf(std::size_t step) const {
 
 double Operator::perform(std::size_t step, double now) {
     takeMagnetAway(now);
-    double still = step == 0 || errs(Mistake::SkippedTurn, step) ? now : move(step, now);
+    double still = staysPut(step) ? now : move(step, now);
     if (errs(Mistake::MovedDevice, step)) {
         still = knock(still + kKnockDelay);
     }
@@ -85,6 +95,9 @@ double Operator::perform(std::size_t step, double now) {
 }
 
 double Operator::move(std::size_t step, double now) {
+    if (flowSteps(options.flow)[step].walks) {
+        return walk(now);
+    }
     const double degrees = turnDegrees(step);
     const Quaternion start = device.motion().steadyPoseAt(now).attitude;
     Movement movement;
@@ -95,6 +108,18 @@ double Operator::move(std::size_t step, double now) {
         toRotationVector(conjugate(start * fromRotationVector(movement.turn)) * targetOf(step));
     device.motion().append(movement);
     return movement.end();
+}
+
+double Operator::walk(double now) {
+    Movement leg;
+    leg.begin = now;
+    leg.duration = options.walkSeconds / static_cast<double>(kWalk.size());
+    for (const Vec3& travel : kWalk) {
+        leg.travel = travel;
+        device.motion().append(leg);
+        leg.begin = leg.end();
+    }
+    return leg.begin;
 }
 
 // Tips the device about a horizontal axis; it stays as it falls.

@@ -20,6 +20,7 @@ struct OperatorOptions {
     double holdSeconds = 2.2;       // of each still stage
     double turnSeconds = 6.0;       // of a full turn
     double tiltSeconds = 1.8;       // of a quarter turn
+    double walkSeconds = 12.0;      // of a walk around a rectangle
     double placementDegrees = 0.0;  // standard deviation of a position's error, per axis
 
     Mistake mistake = Mistake::None;
@@ -32,7 +33,7 @@ struct OperatorOptions {
 // all steps at once. The device must outlive it. One thread at a time.
 class Operator {
   public:
-    // Puts the device into the flow's first position.
+    // Puts the device where the flow begins.
     Operator(const OperatorOptions& theOptions, std::uint64_t seed, Device& theDevice);
 
     std::size_t stepCount() const { return targets.size(); }
@@ -48,9 +49,11 @@ class Operator {
   private:
     bool errs(Mistake mistake, std::size_t step) const;
     bool isTilt(std::size_t step) const;
+    bool staysPut(std::size_t step) const;
     Quaternion targetOf(std::size_t step) const;
     double turnDegrees(std::size_t step) const;
     double move(std::size_t step, double now);
+    double walk(double now);
     double knock(double now);
     void putMagnetDown(double now);
     void takeMagnetAway(double now);

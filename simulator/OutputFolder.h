@@ -1,9 +1,16 @@
 #pragma once
 
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
 namespace tavocal::simulator {
+
+// Files could not be written; what() says which and why.
+class OutputError : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
 
 // A folder that text files are written to. After the first failure nothing more is written.
 class OutputFolder {

@@ -1,22 +1,15 @@
 #include "simulator/RecordCommand.h"
 
 #include <array>
-#include <cstdio>
 #include <limits>
 #include <string_view>
 
-#include "simulator/Arguments.h"
+#include "simulator/OptionTable.h"
+#include "simulator/OutputFolder.h"
 
 namespace tavocal::simulator {
 
 namespace {
-
-struct Option {
-    std::string_view name;
-    std::string_view value;  // what the usage text calls it; empty for an option without one
-    std::string_view meaning;
-    void (*apply)(RecordRequest& request, Arguments& arguments);
-};
 
 template <typename Value>
 Value known(const std::optional<Value>& value, std::string_view what, const std::string& text) {
@@ -29,6 +22,7 @@ Value known(const std::optional<Value>& value, std::string_view what, const std:
 void setFlow(RecordRequest& request, Arguments& arguments) {
     const std::string name = arguments.text();
     request.options.flow = known(flowFromName(name), "flow", name);
+    request.flowGiven = true;
 }
 
 // A mistake of the operator or a fault of the device: nobody who tries one wants to know which.
@@ -49,6 +43,9 @@ SensorKind sensorOf(Arguments& arguments) {
 
 void setSensors(RecordRequest& request, Arguments& arguments) {
     const std::string letters = arguments.text();
+    if (letters.empty()) {
+        throw ArgumentError("The sensors must be some of A, G and M");
+    }
     for (std::size_t i = 0; i < letters.size(); ++i) {
         if (!kindFromLetter(letters[i]) || letters.find(letters[i], i + 1) != std::string::npos) {
             throw ArgumentError("The sensors must be some of A, G and M: " + letters);
@@ -57,17 +54,9 @@ void setSensors(RecordRequest& request, Arguments& arguments) {
     request.options.sensors = letters;
 }
 
-// One line of a dump's head.
-std::string headText(Arguments& arguments) {
-    const std::string text = arguments.text();
-    if (text.find_first_of("\r\n") != std::string::npos) {
-        throw ArgumentError("A form factor and a hinge are one line");
-    }
-    return text;
-}
-
-const std::array<Option, 28> kOptions = {{
-    {"--flow", "NAME", "full, accelerometer, foursteps, magaccuracy or minimal", setFlow},
+const std::array<Option<RecordRequest>, 30> kOptions = {{
+    {"--flow", "NAME",
+     "full, accelerometer, foursteps, magaccuracy, minimal, magtest; als: see below", setFlow},
     {"--seed", "N", "what all chance depends on, default 1",
      [](RecordRequest& r, Arguments& a) {
          r.options.seed =
@@ -80,9 +69,9 @@ const std::array<Option, 28> kOptions = {{
     {"--secondary", "", "a second sensor of each kind",
      [](RecordRequest& r, Arguments&) { r.options.secondary = true; }},
     {"--form-factor", "TEXT", "default 2IN1",
-     [](RecordRequest& r, Arguments& a) { r.options.formFactor = headText(a); }},
+     [](RecordRequest& r, Arguments& a) { r.options.formFactor = a.line(); }},
     {"--hinge", "TEXT", "default BOTTOM",
-     [](RecordRequest& r, Arguments& a) { r.options.hinge = headText(a); }},
+     [](RecordRequest& r, Arguments& a) { r.options.hinge = a.line(); }},
     {"--rate", "HZ", "of each sensor, default 100",
      [](RecordRequest& r, Arguments& a) { r.options.rateHz = a.number(1.0, 1000.0); }},
     {"--jitter", "MS", "of the times between samples, default 0.2",
@@ -99,6 +88,11 @@ const std::array<Option, 28> kOptions = {{
      [](RecordRequest& r, Arguments& a) { r.options.fieldMg = a.number(0.0, 1e5); }},
     {"--dip", "DEG", "how far the field points down, default 60",
      [](RecordRequest& r, Arguments& a) { r.options.dipDegrees = a.number(-90.0, 90.0); }},
+    {"--room", "NAME", "clean, usual (for magtest) or magnetic, default clean",
+     [](RecordRequest& r, Arguments& a) {
+         const std::string name = a.text();
+         r.options.room = known(roomFromName(name), "room", name);
+     }},
     {"--hard-iron", "MG", "length of the magnetometer's offset, default 300",
      [](RecordRequest& r, Arguments& a) { r.options.hardIronMg = a.number(0.0, 1e5); }},
     {"--perfect", "", "all sensors are calibrated",
@@ -113,6 +107,8 @@ const std::array<Option, 28> kOptions = {{
      [](RecordRequest& r, Arguments& a) { r.options.turnSeconds = a.number(0.1, 120.0); }},
     {"--tilt", "S", "time of a quarter turn, default 1.8",
      [](RecordRequest& r, Arguments& a) { r.options.tiltSeconds = a.number(0.1, 120.0); }},
+    {"--walk", "S", "time of the walk of magtest, default 12",
+     [](RecordRequest& r, Arguments& a) { r.options.walkSeconds = a.number(0.1, 120.0); }},
     {"--tremor", "DPS", "how much the hand trembles, default 0.05",
      [](RecordRequest& r, Arguments& a) { r.options.hand.tremorDps = a.number(0.0, 100.0); }},
     {"--placement", "DEG", "how badly positions are met, default 0",
@@ -128,18 +124,9 @@ const std::array<Option, 28> kOptions = {{
      }},
 }};
 
-const Option& optionOf(const std::string& name) {
-    for (const Option& option : kOptions) {
-        if (option.name == name) {
-            return option;
-        }
-    }
-    throw ArgumentError("Unknown option " + name);
-}
-
 // What no option shows by itself.
-void checkTogether(const RecordRequest& request, bool flowGiven) {
-    if (!flowGiven) {
+void checkTogether(const RecordRequest& request) {
+    if (!request.flowGiven) {
         throw ArgumentError("The option --flow is missing");
     }
     if (request.folder.empty()) {
@@ -161,40 +148,27 @@ void checkTogether(const RecordRequest& request, bool flowGiven) {
 
 RecordRequest parseRecordArguments(const std::vector<std::string>& arguments) {
     RecordRequest request;
-    bool flowGiven = false;
-    Arguments walk(arguments);
-    for (std::string name; walk.nextOption(name);) {
-        optionOf(name).apply(request, walk);
-        flowGiven = flowGiven || name == "--flow";
-    }
-    checkTogether(request, flowGiven);
+    applyOptions<RecordRequest>(kOptions, arguments, request);
+    checkTogether(request);
     return request;
 }
 
-int runRecordCommand(const std::vector<std::string>& arguments) {
+void runRecordCommand(const std::vector<std::string>& arguments) {
     const RecordRequest request = parseRecordArguments(arguments);
     const std::string reason = record(request.options).writeTo(request.folder, request.crlf);
     if (!reason.empty()) {
-        std::fprintf(stderr, "%s\n", reason.c_str());
-        return 1;
+        throw OutputError(reason);
     }
-    return 0;
 }
 
 std::string recordUsage() {
-    std::string text = "tavosim record --flow NAME --out DIR [options]\n";
-    for (const Option& option : kOptions) {
-        std::string left = "  " + std::string(option.name) + " " + std::string(option.value);
-        left.resize(27, ' ');
-        text += left + std::string(option.meaning) + "\n";
-    }
-    text +=
-        "Mistakes of the operator:\n  skipped-turn, half-turn, wrong-turn, wrong-position, "
-        "moved-device, cut-short, magnet,\n  silent-sensor\n";
-    text +=
-        "Faults of the device:\n  noisy, spiky, wrong-mounting, gyro-scale-10, elliptic-mag, "
-        "heading-30\n";
-    return text;
+    return "tavosim record --flow NAME --out DIR [options]\n" +
+           optionsUsage<RecordRequest>(kOptions) +
+           "Mistakes of the operator:\n"
+           "  skipped-turn, half-turn, wrong-turn, wrong-position, moved-device, cut-short,\n"
+           "  magnet, silent-sensor\n"
+           "Faults of the device:\n"
+           "  noisy, spiky, wrong-mounting, gyro-scale-10, elliptic-mag, heading-30\n";
 }
 
 }  // namespace tavocal::simulator

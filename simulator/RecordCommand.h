@@ -7,9 +7,10 @@
 
 namespace tavocal::simulator {
 
-// What `tavosim record` was asked to do.
+// What `tavosim record` was asked to do with a flow of the motion sensors.
 struct RecordRequest {
     RecordingOptions options;
+    bool flowGiven = false;
     std::string folder;
     bool crlf = false;
 };
@@ -17,9 +18,8 @@ struct RecordRequest {
 // Reads the arguments behind "record". Throws ArgumentError.
 RecordRequest parseRecordArguments(const std::vector<std::string>& arguments);
 
-// Runs the command. The result is the exit status: 0, or 1 with a message on standard error if the
-// files can't be written. Throws ArgumentError.
-int runRecordCommand(const std::vector<std::string>& arguments);
+// Runs the command. Throws ArgumentError, and OutputError if the files can't be written.
+void runRecordCommand(const std::vector<std::string>& arguments);
 
 // The options of the command, for the usage text.
 std::string recordUsage();

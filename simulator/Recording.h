@@ -8,17 +8,12 @@
 #include "simulator/DeviceOptions.h"
 #include "simulator/Operator.h"
 #include "simulator/SensorModel.h"
+#include "simulator/StillStage.h"
 
 namespace tavocal::simulator {
 
 // All that decides a recording. The same options give the same recording, bit for bit.
 struct RecordingOptions : DeviceOptions, OperatorOptions {};
-
-// When the device was still in a step's position, in milliseconds.
-struct StillStage {
-    double begin = 0.0;
-    double end = 0.0;
-};
 
 // What a perfect calibration and a perfect stage detection would find.
 struct RecordingTruth {

@@ -7,10 +7,9 @@ namespace tavocal::simulator {
 struct RecordingOptions;
 struct RecordingTruth;
 
-// The truth of a recording as lines of "key=value". Vectors and matrices are numbers with blanks
-// between them, row by row, with as many digits as tell a double from its neighbours. For each
-// sensor: offset, scale, axis_mapping, matrix (scale times axis_mapping) and noise. For each stage,
-// counted from 1: begin_ms and end_ms.
+// The truth of a recording as lines of "key=value" (KeyValueText.h): the options that matter; for
+// each sensor its offset, scale, axis_mapping, matrix (scale times axis_mapping) and noise; for
+// each stage its begin_ms and end_ms.
 std::string truthText(const RecordingOptions& options, const RecordingTruth& truth);
 
 }  // namespace tavocal::simulator

@@ -1,10 +1,18 @@
 #pragma once
 
+#include <algorithm>
 #include <cassert>
 #include <cstddef>
 #include <cstring>
+#include <memory>
+#include <utility>
 
 namespace tavocal {
+
+// `size` doubles without values.
+std::unique_ptr<double[]> makeHeapArray(int size);
+// A copy of `size` doubles.
+std::unique_ptr<double[]> copyToHeap(const double* source, int size);
 
 // Storage of the numeric types: an array of double whose length is fixed when it is made. Up to
 // `InlineCapacity` elements live in the object itself, longer arrays on the heap. Samples are
@@ -12,93 +20,96 @@ namespace tavocal {
 // room is never written.
 //
 // A moved-from array is valid: it keeps its elements if they were inline, else it is empty.
-template <std::size_t InlineCapacity>
+template <int InlineCapacity>
 class SmallArray {
+    static_assert(InlineCapacity >= 3);
+
   public:
     SmallArray() noexcept : size_(0) {}
 
     // `size` zeros. REQUIRES: size >= 0; a negative size counts as 0.
-    explicit SmallArray(int size) : SmallArray(size, Uninitialised{}) {
-        for (int i = 0; i < size_; ++i) {
-            data()[i] = 0.0;
+    explicit SmallArray(int size) : size_(std::max(size, 0)) {
+        assert(size >= 0);
+        if (size_ > InlineCapacity) {
+            heap_ = makeHeapArray(size_);
         }
+        std::fill_n(data(), size_, 0.0);
     }
 
     // REQUIRES: `size` doubles at `source`.
-    SmallArray(const double* source, int size) : SmallArray(size, Uninitialised{}) {
-        copyElements(data(), source, size_);
+    SmallArray(const double* source, int size) : size_(std::max(size, 0)) {
+        assert(size >= 0);
+        if (size_ > InlineCapacity) {
+            heap_ = copyToHeap(source, size_);
+        } else {
+            copyInline(source);
+        }
     }
 
-    SmallArray(const SmallArray& other) : SmallArray(other.data(), other.size_) {}
+    SmallArray(const SmallArray& other) : size_(other.size_) {
+        if (other.heap_ != nullptr) {
+            heap_ = copyToHeap(other.heap_.get(), size_);
+        } else {
+            copyInline(other.inline_);
+        }
+    }
 
-    SmallArray(SmallArray&& other) noexcept : size_(other.size_) { takeFrom(other); }
+    SmallArray(SmallArray&& other) noexcept : size_(other.size_), heap_(std::move(other.heap_)) {
+        finishMove(other);
+    }
 
     SmallArray& operator=(const SmallArray& other) {
-        if (size_ == other.size_) {
-            copyElements(data(), other.data(), size_);  // a self-assignment copies onto itself
-        } else {
-            *this = SmallArray(other);
+        heap_ = other.heap_ != nullptr ? copyToHeap(other.heap_.get(), other.size_) : nullptr;
+        size_ = other.size_;
+        if (heap_ == nullptr) {
+            copyInline(other.inline_);
         }
         return *this;
     }
 
     SmallArray& operator=(SmallArray&& other) noexcept {
         if (this != &other) {
-            release();
             size_ = other.size_;
-            takeFrom(other);
+            heap_ = std::move(other.heap_);
+            finishMove(other);
         }
         return *this;
     }
 
-    ~SmallArray() { release(); }
+    ~SmallArray() = default;
 
     int size() const noexcept { return size_; }
-    double* data() noexcept { return isInline() ? inline_ : heap_; }
-    const double* data() const noexcept { return isInline() ? inline_ : heap_; }
+    double* data() noexcept { return heap_ != nullptr ? heap_.get() : inline_; }
+    const double* data() const noexcept { return heap_ != nullptr ? heap_.get() : inline_; }
 
   private:
-    struct Uninitialised {};
-
-    SmallArray(int size, Uninitialised) : size_(size > 0 ? size : 0) {
-        assert(size >= 0);
-        if (!isInline()) {
-            heap_ = new double[static_cast<std::size_t>(size_)];
-        }
-    }
-
-    bool isInline() const noexcept { return static_cast<std::size_t>(size_) <= InlineCapacity; }
-
-    // Takes over the elements of `other`, whose size this array has already.
-    void takeFrom(SmallArray& other) noexcept {
-        if (isInline()) {
-            copyElements(inline_, other.inline_, size_);
+    // Copies size_ elements into the inline room, which may be where they are.
+    void copyInline(const double* source) noexcept {
+        if (size_ == 3) {
+            // Nearly every array is one reading of three axes. Going through a local array makes
+            // this a few moves, where a memmove stays a call.
+            double axes[3];
+            std::memcpy(axes, source, sizeof(axes));
+            std::memcpy(inline_, axes, sizeof(axes));
         } else {
-            heap_ = other.heap_;
+            // The bound, which always holds, shows the compiler that the copy stays inside.
+            const int count = std::min(size_, InlineCapacity);
+            std::memmove(inline_, source, static_cast<std::size_t>(count) * sizeof(double));
+        }
+    }
+
+    // Brings over what the move of the heap pointer left in `other`.
+    void finishMove(SmallArray& other) noexcept {
+        if (heap_ != nullptr) {
             other.size_ = 0;
-        }
-    }
-
-    void release() noexcept {
-        if (!isInline()) {
-            delete[] heap_;
-        }
-    }
-
-    static void copyElements(double* to, const double* from, int count) noexcept {
-        // Nearly every array is one reading of three axes; a constant length compiles to moves.
-        if (count == 3) {
-            std::memmove(to, from, 3 * sizeof(double));
-        } else if (count > 0) {
-            std::memmove(to, from, static_cast<std::size_t>(count) * sizeof(double));
+        } else {
+            copyInline(other.inline_);
         }
     }
 
     int size_;
-    union {
-        double inline_[InlineCapacity];
-        double* heap_;
-    };
+    std::unique_ptr<double[]> heap_;  // null while the elements are inline
+    double inline_[static_cast<std::size_t>(InlineCapacity)];
 };
 
 }  // namespace tavocal

@@ -277,6 +277,7 @@ void InertialSensor::replaceMissingNoise() {
     for (double& noise : noiseVector) {
         if (std::isnan(noise)) {
             noise = defaultNoise;
+            noiseWasMissing = true;
         }
     }
 }

@@ -148,8 +148,9 @@ class InertialSensor : public Sensor {
 
   protected:
     void addToFaceUpSums(const Sample& sample);
-    // Replaces elements of noiseVector that are no number by defaultNoise.
+    // Replaces elements of noiseVector that are no number by defaultNoise, and remembers it.
     void replaceMissingNoise();
+    bool noiseWasMissing = false;
     bool newestMovedFromReference() const;
 
   private:

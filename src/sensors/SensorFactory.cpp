@@ -6,6 +6,7 @@
 #include "sensors/GenericSensor.h"
 #include "sensors/Gyroscope.h"
 #include "sensors/InertialSensor.h"
+#include "sensors/Magnetometer.h"
 #include "sensors/SensorTypes.h"
 
 namespace tavocal {
@@ -42,6 +43,9 @@ std::shared_ptr<Sensor> makeSensor(const LUID& luid) {
             return std::make_shared<Accelerometer>(luid);
         case kGyroscopeType:
             return std::make_shared<Gyroscope>(luid);
+        case kCompassType:
+        case kMagnetometerType:
+            return std::make_shared<Magnetometer>(luid);
         default:
             break;
     }

@@ -8,8 +8,8 @@ namespace tavocal {
 // What one document may hold. Each is far beyond the largest file of the system and keeps a
 // hostile one from exhausting the stack or the memory.
 constexpr std::size_t kMaxXmlDepth = 255;
-constexpr std::size_t kMaxXmlAttributes = 255;  // of one element
-constexpr std::size_t kMaxXmlNodes = 1'000'000;   // of one document, attributes too
+constexpr std::size_t kMaxXmlAttributes = 255;   // of one element
+constexpr std::size_t kMaxXmlNodes = 1'000'000;  // of one document, attributes too
 
 // Where a parse stands: the place in the text, the elements that are open and the nodes made so
 // far. The text must outlive the cursor and every view taken from it.

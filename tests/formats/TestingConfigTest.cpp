@@ -10,6 +10,7 @@
 #include "base/Failures.h"
 #include "platform/Console.h"
 #include "platform/Files.h"
+#include "support/WorkingFolder.h"
 
 namespace tavocal {
 namespace {
@@ -17,15 +18,6 @@ namespace {
 // Runs in a folder of its own, where the file would stand.
 class TestingConfigTest : public testing::Test {
   protected:
-    TestingConfigTest() {
-        std::filesystem::create_directories(folder);
-        std::filesystem::current_path(folder);
-    }
-    ~TestingConfigTest() override {
-        std::filesystem::current_path(before);
-        std::filesystem::remove_all(folder);
-    }
-
     static TestingConfig loaded(const std::string& text) {
         EXPECT_EQ(platform::writeFile("TestingConfig.xml", text), "");
         TestingConfig config;
@@ -42,9 +34,7 @@ class TestingConfigTest : public testing::Test {
         EXPECT_EQ(config.max_spikes_allowed, 3);
     }
 
-    const std::filesystem::path before = std::filesystem::current_path();
-    const std::filesystem::path folder =
-        std::filesystem::path(testing::TempDir()) / "TestingConfigTest";
+    const WorkingFolder folder;
 };
 
 TEST_F(TestingConfigTest, HoldsDefaultsWithoutFile) {

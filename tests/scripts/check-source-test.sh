@@ -27,6 +27,7 @@ put src/platform/Good.cpp "std::puts(text);"
 put src/app/Good.cpp '#include "app/CmdLine.h"'
 put src/firmware/GoodWindows.cpp "reinterpret_cast<char*>(p);"
 put src/firmware/Good.cpp "reinterpret_cast<char*>(p);  // rule-exception: looks alike"
+put simulator/Good.cpp "std::fprintf(stderr, text);"
 put tests/Good.cpp "std::cout << 1;"
 good=$("$check" "$tree")
 status=$?
@@ -41,7 +42,7 @@ put tests/A.cpp "#elif 1"
 put src/base/A.cpp "std::wregex pattern;"
 put tests/A.cpp "using namespace std;"
 put src/base/A.cpp "std::cerr << 1;"
-put simulator/A.cpp "    std::fprintf(stderr, text);"
+put simulator/A.cpp "    std::fprintf(stdout, text);"
 put src/base/A.cpp "std::ofstream file;"
 put src/firmware/Good.cpp "reinterpret_cast<char*>(p);"
 put src/base/A.cpp '#include "app/CmdLine.h"'

@@ -2,10 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
 #include "platform/Files.h"
 #include "simulator/Arguments.h"
+#include "support/TempFolder.h"
 
 namespace tavocal::simulator {
 namespace {
@@ -87,9 +86,10 @@ TEST(RecordCommandTest, WrongArgumentsAreNamed) {
          "The value of --seed is not a whole number: 99999999999999999999"},
         {{"--mistake", "clumsy"}, "There is no mistake clumsy"},
         {{"--sensors", "AX"}, "The sensors must be some of A, G and M: AX"},
+        {{"--sensors", ""}, "The sensors must be some of A, G and M"},
         {{"--sensors", "AA"}, "The sensors must be some of A, G and M: AA"},
         {{"--faulty-sensor", "AG"}, "There is no sensor AG"},
-        {{"--hinge", "a\nb"}, "A form factor and a hinge are one line"},
+        {{"--hinge", "a\nb"}, "The value of --hinge must be one line"},
         {{"--flow", "minimal", "--out", "x", "--mistake", "half-turn"},
          "The flow minimal has no stage for the mistake half-turn"},
         {{"--flow", "foursteps", "--out", "x", "--mistake", "magnet", "--mistake-stage", "5"},
@@ -106,11 +106,11 @@ TEST(RecordCommandTest, WrongArgumentsAreNamed) {
 }
 
 TEST(RecordCommandTest, FilesOfARunAreWritten) {
-    const std::string folder =
-        (std::filesystem::path(testing::TempDir()) / "tavosim-record").string();
+    const test::TempFolder temporary;
+    const std::string folder = temporary.path("run");
     const Words arguments = {"--flow", "minimal", "--hold", "1",     "--sensors",
                              "AM",     "--out",   folder,   "--crlf"};
-    EXPECT_EQ(runRecordCommand(arguments), 0);
+    runRecordCommand(arguments);
     std::string dump;
     ASSERT_TRUE(platform::readFile(folder + "\\dataDumpMagnetometer.csv", dump));
     EXPECT_EQ(dump.substr(0, 38), "LUID=020f000100000002\r\nFORMFACTOR=2IN1");
@@ -119,7 +119,6 @@ TEST(RecordCommandTest, FilesOfARunAreWritten) {
     ASSERT_TRUE(platform::readFile(folder + "\\truth.txt", truth));
     EXPECT_NE(truth.find("flow=minimal\r\nseed=1\r\n"), std::string::npos);
     EXPECT_NE(truth.find("stage1.end_ms=1000.000000\r\n"), std::string::npos);
-    std::filesystem::remove_all(folder);
 }
 
 TEST(RecordCommandTest, FolderThatCannotBeMadeIsReported) {

@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <stdexcept>
 
 #include "platform/Files.h"
+#include "support/TempFolder.h"
 #include "xml/XmlAttribute.h"
 #include "xml/XmlComment.h"
 #include "xml/XmlDeclaration.h"
@@ -18,15 +18,14 @@ namespace {
 
 class XmlDocumentTest : public testing::Test {
   protected:
-    ~XmlDocumentTest() override { std::filesystem::remove(path); }
-
     std::string written() const {
         std::string content;
         EXPECT_TRUE(platform::readFile(path, content));
         return content;
     }
 
-    const std::string path = testing::TempDir() + "XmlDocumentTest.xml";
+    const test::TempFolder folder;
+    const std::string path = folder.path("document.xml");
     XmlDocument document;
 };
 
@@ -96,8 +95,8 @@ TEST_F(XmlDocumentTest, PrintsEmptyElementShort) {
 TEST_F(XmlDocumentTest, ReportsPathsThatFail) {
     EXPECT_EQ(document.load(""), XmlResult::EmptyPath);
     EXPECT_EQ(document.load(path), XmlResult::Unreadable);
-    EXPECT_EQ(document.load(testing::TempDir()), XmlResult::Unreadable);
-    EXPECT_EQ(document.save(testing::TempDir()), XmlResult::Unwritable);
+    EXPECT_EQ(document.load(folder.path()), XmlResult::Unreadable);
+    EXPECT_EQ(document.save(folder.path()), XmlResult::Unwritable);
     EXPECT_EQ(document.save(""), XmlResult::Unwritable);
 }
 

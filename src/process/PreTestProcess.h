@@ -1,0 +1,37 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "process/Process.h"
+
+namespace tavocal {
+
+// The script of the magnetic environment test: three turns and a walk, each ended by the operator's
+// key. It decides nothing itself; the movements are judged when the key comes.
+class PreTestProcess : public Process {
+  public:
+    PreTestProcess();
+    ~PreTestProcess() override;
+
+    // Also sets, for isThreeRotationsStage, whether the step whose prompt this is closes the turns.
+    std::string getInstructions(bool noEnter) override;
+    bool needsUserInput() override;
+    // Waits for the key that starts the run. A closed standard input counts as the key.
+    std::string readUserInput() override;
+    bool isThreeRotationsStage() const override;
+    bool isUserPaced() const override;
+    void CalibrationControl(const Sample& sample) override;
+    bool isStageIndicator(const Sensor& sensor) const override;
+    void allowNextStage() override;
+    std::vector<std::string> requiredIndicatorTypes() const override;
+    bool setStageIndicator(const std::shared_ptr<Sensor>& sensor) override;
+
+  private:
+    std::shared_ptr<Sensor> stageIndicator;
+    bool waitForStart = true;  // the key that starts the run has not come yet
+    bool threeRotationsStage = false;
+};
+
+}  // namespace tavocal
