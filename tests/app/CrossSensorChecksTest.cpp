@@ -18,12 +18,8 @@ namespace {
 
 constexpr SelectedClasses kAll{true, true, true};
 
-// A calibrated sensor of the class that the display name begins with.
 std::shared_ptr<InertialSensor> makePerfectSensor(const std::string& displayName) {
     const auto sensor = makeNamedSensor(displayName);
-    if (startsWith(displayName, kMagnetometerName)) {
-        sensor->name = kMagnetometerName;
-    }
     sensor->scaleMatrix = identity(3);
     sensor->axisMapping = identity(3);
     return sensor;
