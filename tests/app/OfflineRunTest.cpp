@@ -3,7 +3,6 @@
 #include <array>
 #include <cmath>
 #include <filesystem>
-#include <regex>
 #include <sstream>
 
 #include "simulator/Recording.h"
@@ -96,16 +95,36 @@ TEST_F(OfflineRunTest, AccelerometerComesOutRight) {
 TEST_F(OfflineRunTest, OperatorSeesTheWholeRunInOrder) {
     recorded(Flow::AccelerometerOnly);
     const ToolResult result = run({"-CalibrateOffline", "a", "-ExportResult"});
-    const std::string expected =
-        "\nTavo Calibration Tool\nVersion: 3.1.0.4596\nSensors to calibrate: \n\t[0-9a-f]{16}, "
-        "Accelerometer, formfactor: 2IN1, hinge configuration: BOTTOM\nLoading data dump, this "
-        "might take a while...\ndata collection finished\nSaving calibration data to file "
-        "out\\\\resultCalibration.xml\nSaving out data dump to file "
-        "out\\\\calibratedDataDump\nAccelerometer Offset:\n.*\nAccelerometer Scale:\n.*\n.*\n.*\n"
-        "Accelerometer Axis mapping:\n.*\n.*\n.*\nCalibration process completed successfully\n"
-        "Total run time: [0-9]+ seconds\nTotal run time \\(excluding time waiting for user "
-        "inputs\\): [0-9]+ seconds\n";
-    EXPECT_TRUE(std::regex_match(result.output, std::regex(expected))) << result.output;
+    const std::vector<std::string> lineStarts = {
+        "",
+        "Tavo Calibration Tool",
+        "Version: 3.1.0.4596",
+        "Sensors to calibrate: ",
+        "\t0073000000000002, Accelerometer, formfactor: 2IN1, hinge configuration: BOTTOM",
+        "Loading data dump, this might take a while...",
+        "data collection finished",
+        "Saving calibration data to file out\\resultCalibration.xml",
+        "Saving out data dump to file out\\calibratedDataDump",
+        "Accelerometer Offset:",
+        "",
+        "Accelerometer Scale:",
+        "",
+        "",
+        "",
+        "Accelerometer Axis mapping:",
+        "",
+        "",
+        "",
+        "Calibration process completed successfully",
+        "Total run time: 0 seconds",
+        "Total run time (excluding time waiting for user inputs): 0 seconds"};
+    std::istringstream lines(result.output);
+    std::string line;
+    for (const std::string& start : lineStarts) {
+        ASSERT_TRUE(std::getline(lines, line)) << start;
+        EXPECT_EQ(line.substr(0, start.size()), start);
+    }
+    EXPECT_FALSE(std::getline(lines, line)) << line;
     EXPECT_TRUE(left("calibratedDataDumpAccelerometer.csv"));
 }
 
