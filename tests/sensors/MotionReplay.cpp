@@ -11,8 +11,9 @@ namespace tavocal::testing {
 
 std::shared_ptr<InertialSensor> makeNamedSensor(const std::string& displayName) {
     LUID luid;
-    luid.SensorTypeId =
-        startsWith(displayName, kGyroscopeName) ? kGyroscopeType : kAccelerometerType;
+    luid.SensorTypeId = startsWith(displayName, kGyroscopeName)      ? kGyroscopeType
+                        : startsWith(displayName, kMagnetometerName) ? kMagnetometerType
+                                                                     : kAccelerometerType;
     luid.InstanceId = contains(displayName, "_2") ? 1 : 0;
     luid.Flags = kStaticFlag;
     return std::dynamic_pointer_cast<InertialSensor>(makeSensor(luid));
