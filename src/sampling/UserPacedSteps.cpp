@@ -36,9 +36,9 @@ void UserPacedSteps::finish(Sensor& indicator, std::size_t storedSamples, bool t
     platform::Console::instance().write("User pressed to signal end\n");
     if (threeRotations) {
         indicator.userSignalledEnd();
-        require(!isMagnetometer(indicator) ||
-                    indicator.checkMagPreTest_threeRotations(stepBoundaries),
-                "three rotation");
+        require(
+            !isMagnetometer(indicator) || indicator.checkMagPreTest_threeRotations(stepBoundaries),
+            "three rotation");
     }
 }
 

@@ -193,7 +193,8 @@ class MagnetometerScript : public ::testing::Test {
     void still(const Vector& reading) {
         run.times.push_back(time + 5.0);
         for (int i = 0; i < 100; ++i) {
-            add(reading + Vector{i % 2 == 0 ? noise : -noise, 0.0, 0.0});
+            const double n = i % 2 == 0 ? noise : -noise;
+            add(reading + Vector{n, n, n});
         }
         run.times.push_back(time + 5.0);
     }
@@ -255,7 +256,7 @@ TEST_F(MagnetometerScript, NoiseSpacesTheCloud) {
     script();
     EXPECT_EQ(failure(), "");
     // A position is an odd number of samples: one of the two values is one sample ahead.
-    EXPECT_NEAR(sensor->cloudSpacing, 8.0, 1e-3);
+    EXPECT_NEAR(sensor->cloudSpacing, 8.0 * std::sqrt(3.0), 1e-2);
 }
 
 TEST_F(MagnetometerScript, OneReadingThatIsNoNumberCostsTheNoiseButNotTheRun) {
