@@ -14,6 +14,10 @@ struct ToolResult {
 // Runs the built program with these arguments in `folder`, with nothing on its standard input.
 ToolResult runTavocal(const std::string& folder, const std::vector<std::string>& arguments);
 
+// The same with a simulated firmware and operator around it. `device` are options of the simulator.
+ToolResult runLive(const std::string& folder, const std::vector<std::string>& device,
+                   const std::vector<std::string>& arguments);
+
 // The part of `text` from `begin` on; empty if it isn't there.
 std::string from(const std::string& text, const std::string& begin);
 

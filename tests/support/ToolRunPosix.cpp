@@ -32,11 +32,7 @@ std::string readAll(int descriptor) {
     return text;
 }
 
-}  // namespace
-
-ToolResult runTavocal(const std::string& folder, const std::vector<std::string>& arguments) {
-    std::vector<std::string> words = {TAVOCAL_PROGRAM};
-    words.insert(words.end(), arguments.begin(), arguments.end());
+ToolResult runTool(const std::string& folder, std::vector<std::string> words) {
     std::vector<char*> argv;
     for (std::string& word : words) {
         argv.push_back(word.data());
@@ -60,6 +56,23 @@ ToolResult runTavocal(const std::string& folder, const std::vector<std::string>&
     waitpid(child, &status, 0);
     result.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
     return result;
+}
+
+}  // namespace
+
+ToolResult runTavocal(const std::string& folder, const std::vector<std::string>& arguments) {
+    std::vector<std::string> words = {TAVOCAL_PROGRAM};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    return runTool(folder, words);
+}
+
+ToolResult runLive(const std::string& folder, const std::vector<std::string>& device,
+                   const std::vector<std::string>& arguments) {
+    std::vector<std::string> words = {TAVOSIM_PROGRAM, "run"};
+    words.insert(words.end(), device.begin(), device.end());
+    words.insert(words.end(), {"--", TAVOCAL_PROGRAM});
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    return runTool(folder, words);
 }
 
 std::string from(const std::string& text, const std::string& begin) {
