@@ -226,7 +226,8 @@ double CrossSensorChecks::rotationDifference(const InertialSensor& gyro,
     if (times.size() <= 4 * positions) {
         throw CalibrationException("Internal error");
     }
-    // Without the turns about gravity an accelerometer has the tilts between the positions only.
+    // The turns go about the vertical, which shows an accelerometer nothing; a secondary
+    // magnetometer isn't followed through them either.
     const bool alsoTurns = other.getDisplayName() == kMagnetometerName;
     double largest = 0.0;
     const auto take = [&](std::size_t position, std::size_t stageEnd) {

@@ -45,13 +45,17 @@ double mean(const std::vector<double>& values) {
     return total / static_cast<double>(values.size());
 }
 
-double stdDev(const std::vector<double>& values) {
+double variance(const std::vector<double>& values) {
     if (values.empty()) {
         return 0.0;
     }
     const double average = mean(values);
-    const double variance = meanSquare(values) - average * average;
-    return variance < 0.0 ? 0.0 : std::sqrt(variance);
+    return meanSquare(values) - average * average;
+}
+
+double stdDev(const std::vector<double>& values) {
+    const double square = variance(values);
+    return square < 0.0 ? 0.0 : std::sqrt(square);
 }
 
 double median(std::vector<double> values) {

@@ -14,6 +14,10 @@ bool ordersBefore(double a, double b);
 // The arithmetic mean; 0.0 for the empty list.
 double mean(const std::vector<double>& values);
 
+// E[x^2] - mean^2; 0.0 for the empty list. Rounding may make it negative, as it may for equal
+// values.
+double variance(const std::vector<double>& values);
+
 // The population standard deviation sqrt(E[x^2] - mean^2); 0.0 for the empty list, and where
 // rounding makes the difference negative, as it may for equal values.
 double stdDev(const std::vector<double>& values);

@@ -20,7 +20,7 @@ class AmbientLight;
 // from a configuration file, as they do for a replay.
 class AlsProcess : public Process {
   public:
-    explicit AlsProcess(bool interactive);
+    explicit AlsProcess(bool isInteractiveFlow);
 
     // Throws as loadAlsConfig.
     void loadConfiguration(const std::string& path) override;

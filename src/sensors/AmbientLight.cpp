@@ -7,6 +7,7 @@
 #include "base/Logger.h"
 #include "base/Text.h"
 #include "base/TextToNumber.h"
+#include "formats/AmbientLightXml.h"
 #include "numerics/Statistics.h"
 #include "platform/Console.h"
 #include "sensors/AmbientLightBlock.h"
@@ -40,7 +41,7 @@ std::shared_ptr<double> sharedSampleInterval() {
 AmbientLight::AmbientLight(const LUID& identity)
     : Sensor(identity), meanSampleInterval(sharedSampleInterval()) {
     name = kAmbientLightName;
-    sensorKind = 2;
+    sensorKind = kAmbientLightKind;
     samplingUnit = Unit::lux;
     firmwareUnit = Unit::lux;
     rawDivisor = 1000;
@@ -216,8 +217,9 @@ CalibrationBlock AmbientLight::calibratedBlock() const {
 
 CalibrationBlock AmbientLight::prependFormat(const CalibrationBlock& body) {
     TAVOCAL_LOG(Insane, "prependFormat", "Started AmbientLight::prependFormat");
-    CalibrationBlock block{kLightFormatId, 0};
-    block.insert(block.end(), body.begin(), body.end());
+    CalibrationBlock block(2 + body.size());
+    block[0] = kLightFormatId;
+    std::copy(body.begin(), body.end(), block.begin() + 2);
     return block;
 }
 
@@ -244,6 +246,19 @@ void AmbientLight::validateCalibrationData(const CalibrationBlock& block) const 
         throw CalibrationException("Unsupported format of " + name + " Sensor calibration data");
     }
     validateLightSteps(block);
+}
+
+void AmbientLight::importCalibration(CalibrationBlock block) {
+    validateFormatAndSize(block);
+    Sensor::importCalibration(std::move(block));
+}
+
+void AmbientLight::readCalibrationXml(const XmlElement& data, int blockFormat, int version) {
+    importCalibration(readAmbientLightPayload(data, blockFormat, version));
+}
+
+void AmbientLight::writeCalibrationXml(XmlElement& data, const CalibrationBlock& block) const {
+    writeAmbientLightPayload(data, block, originalCalibration);
 }
 
 void AmbientLight::calcReverseSdt() {

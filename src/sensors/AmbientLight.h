@@ -15,7 +15,7 @@ namespace tavocal {
 // median of three, so that a lone spike never gets there.
 class AmbientLight : public Sensor {
   public:
-    explicit AmbientLight(const LUID& luid);
+    explicit AmbientLight(const LUID& identity);
 
     // Throws CalibrationException for a level that gives no usable multiplier, or if there are no
     // levels.
@@ -28,6 +28,10 @@ class AmbientLight : public Sensor {
     std::string toDisplayText() const override;
     bool supportsRunType(RunCommand command) const override;
     void validateCalibrationData(const CalibrationBlock& block) const override;
+    // A block from a file may not be longer than one that is made here.
+    void importCalibration(CalibrationBlock block) override;
+    void readCalibrationXml(const XmlElement& data, int blockFormat, int version) override;
+    void writeCalibrationXml(XmlElement& data, const CalibrationBlock& block) const override;
     // `text` is the true light level of the next stage. Throws CalibrationException if it is no
     // number.
     void stageChanged(const std::string& text) override;

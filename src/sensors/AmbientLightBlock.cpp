@@ -9,8 +9,6 @@ namespace tavocal {
 
 namespace {
 
-constexpr std::size_t kHeadSize = 2;
-
 void requireSize(bool good) {
     if (!good) {
         throw CalibrationException("Invalid Ambient Light Sensor calibration data size");
@@ -44,9 +42,9 @@ CalibrationBlock withLightScale(CalibrationBlock block, LightScale scale) {
 }
 
 CalibrationBlock newLightBody(LightScale scale) {
-    CalibrationBlock body(kLightBlockSize - kHeadSize, 0);
-    storeScale(body, kLightMultiplierPosition - kHeadSize, scale);
-    body[kLightStepCountPosition - kHeadSize] = 1;
+    CalibrationBlock body(kLightBlockSize - kBlockHeadSize, 0);
+    storeScale(body, kLightMultiplierPosition - kBlockHeadSize, scale);
+    body[kLightStepCountPosition - kBlockHeadSize] = 1;
     return body;
 }
 

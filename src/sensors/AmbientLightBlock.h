@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "sensors/Sensor.h"
+#include "sensors/CalibrationBlock.h"
 
 // The firmware's calibration block of an ambient light sensor: a wire format, little-endian,
 // without padding.

@@ -1,6 +1,7 @@
 #include "sensors/GenericSensor.h"
 
 #include "base/Failures.h"
+#include "formats/CustomXml.h"
 
 namespace tavocal {
 
@@ -11,6 +12,15 @@ void GenericSensor::validateCalibrationData(const CalibrationBlock& block) const
     if (block[0] < kFirstVendorFormat) {
         validateSize(block);
     }
+}
+
+void GenericSensor::readCalibrationXml(const XmlElement& /*data*/, int /*formatId*/,
+                                       int /*version*/) {
+    throw CalibrationException("Error. No calibration data format is available");
+}
+
+void GenericSensor::writeCalibrationXml(XmlElement& data, const CalibrationBlock& /*block*/) const {
+    writeCustomPayload(data, calibrationToWrite.empty() ? originalCalibration : calibrationToWrite);
 }
 
 }  // namespace tavocal

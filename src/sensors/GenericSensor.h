@@ -11,6 +11,10 @@ class GenericSensor : public Sensor {
 
     // Any format is good; there are no size bounds either.
     void validateCalibrationData(const CalibrationBlock& block) const override;
+    // Always throws: there is no format but custom data.
+    void readCalibrationXml(const XmlElement& data, int blockFormat, int version) override;
+    // Writes the block to write or else the loaded one, whatever `block` is.
+    void writeCalibrationXml(XmlElement& data, const CalibrationBlock& block) const override;
 };
 
 }  // namespace tavocal

@@ -6,7 +6,7 @@
 #include "formats/Unit.h"
 #include "numerics/Matrix.h"
 #include "numerics/Vector.h"
-#include "sensors/Sensor.h"
+#include "sensors/CalibrationBlock.h"
 
 // The firmware's calibration block of an inertial sensor: a wire format, little-endian, without
 // padding.
@@ -27,7 +27,6 @@
 // firmware's own state, which is only carried along.
 namespace tavocal {
 
-constexpr std::size_t kBlockHeadSize = 2;
 constexpr std::size_t kStaticBlockSize = 40;
 constexpr std::size_t kStaticBodySize = kStaticBlockSize - kBlockHeadSize;
 

@@ -8,6 +8,7 @@
 #include "base/LittleEndian.h"
 #include "base/ScopeLog.h"
 #include "firmware/SDT.h"
+#include "formats/InertialXml.h"
 #include "numerics/Decompositions.h"
 #include "numerics/Statistics.h"
 #include "numerics/TextForms.h"
@@ -35,7 +36,7 @@ Matrix withRows(const Matrix& matrix, int rows) {
 }  // namespace
 
 InertialSensor::InertialSensor(const LUID& identity) : Sensor(identity) {
-    sensorKind = 1;
+    sensorKind = kInertialKind;
     valuesPerSample = 3;
     if (isStatic()) {
         minCalibrationSize = kStaticBlockSize;
@@ -94,6 +95,12 @@ void InertialSensor::setImportedWhiteNoise(double value) {
     whiteNoiseImported = true;
 }
 
+void InertialSensor::loadFromFirmware(SDT& firmware) {
+    Sensor::loadFromFirmware(firmware);
+    formFactor = firmware.getFormFactor();
+    hinge = firmware.getHinge();
+}
+
 void InertialSensor::setCalibrationData(CalibrationBlock block) {
     if (isDynamic() && !block.empty() && block[0] != formatId) {
         platform::Console::instance().write(
@@ -120,10 +127,12 @@ void InertialSensor::validateCalibrationData(const CalibrationBlock& block) cons
     }
 }
 
-void InertialSensor::loadFromFirmware() {
-    Sensor::loadFromFirmware();
-    formFactor = SDT().getFormFactor();
-    hinge = SDT().getHinge();
+void InertialSensor::readCalibrationXml(const XmlElement& data, int blockFormat, int version) {
+    readInertialPayload(data, blockFormat, version, *this);
+}
+
+void InertialSensor::writeCalibrationXml(XmlElement& data, const CalibrationBlock& block) const {
+    writeInertialPayload(data, block, *this);
 }
 
 std::string InertialSensor::toDisplayText() const {
@@ -268,7 +277,7 @@ Vector InertialSensor::medianAndNoise(const std::vector<Sample>& samples) {
     for (int axis = 0; axis < 3; ++axis) {
         std::transform(samples.begin(), samples.end(), values.begin(),
                        [axis](const Sample& sample) { return sample.values[axis]; });
-        noiseVector[axis] += stdDev(values);
+        noiseVector[axis] += std::sqrt(variance(values));
     }
     return medianOfAxes(samples, 0, static_cast<int>(samples.size()) - 1);
 }
@@ -388,8 +397,9 @@ void InertialSensor::convertToFWForamt() {
 
 CalibrationBlock InertialSensor::prependFormat(const CalibrationBlock& body) const {
     TAVOCAL_SCOPE_STARTED("InertialSensor::prependFormat");
-    CalibrationBlock block = {static_cast<std::uint8_t>(formatId & 0xFF), 0};
-    block.insert(block.end(), body.begin(), body.end());
+    CalibrationBlock block(kBlockHeadSize + body.size());
+    block[0] = static_cast<std::uint8_t>(formatId & 0xFF);
+    std::copy(body.begin(), body.end(), block.begin() + kBlockHeadSize);
     return block;
 }
 

@@ -47,9 +47,13 @@ class InertialSensor : public Sensor {
     std::string toDisplayText() const override;
     std::uint32_t getSampleCount() const override;
     bool supportsRunType(RunCommand command) const override;
+    using Sensor::loadFromFirmware;
+    // The form factor and the hinge too.
+    void loadFromFirmware(SDT& firmware) override;
     void setCalibrationData(CalibrationBlock block) override;
     void validateCalibrationData(const CalibrationBlock& block) const override;
-    void loadFromFirmware() override;
+    void readCalibrationXml(const XmlElement& data, int blockFormat, int version) override;
+    void writeCalibrationXml(XmlElement& data, const CalibrationBlock& block) const override;
     void setNoGyroRotation(bool noRotation) override;
 
     // Stage detection, on the delivering thread. `since` in milliseconds.

@@ -3,9 +3,13 @@
 #include <utility>
 
 #include "base/Failures.h"
+#include "base/LittleEndian.h"
 #include "firmware/SDT.h"
+#include "formats/CustomXml.h"
+#include "formats/SensorXml.h"
 #include "sensors/InertialBlock.h"
 #include "sensors/RunContext.h"
+#include "xml/XmlElement.h"
 
 namespace tavocal {
 
@@ -53,6 +57,18 @@ bool Sensor::isTestable() const {
     return isStatic();
 }
 
+void Sensor::loadFromFirmware() {
+    SDT firmware;
+    loadFromFirmware(firmware);
+}
+
+void Sensor::loadFromFirmware(SDT& firmware) {
+    CalibrationBlock block = firmware.getCalibrationData(luid);
+    if (!block.empty()) {
+        setCalibrationData(std::move(block));
+    }
+}
+
 void Sensor::setCalibrationData(CalibrationBlock block) {
     validateCalibrationData(block);
     calibrationLoaded = true;
@@ -84,8 +100,26 @@ void Sensor::validateSize(const CalibrationBlock& block) const {
     }
 }
 
-void Sensor::loadFromFirmware() {
-    setCalibrationData(SDT().getCalibrationData(luid));
+void Sensor::importCalibration(CalibrationBlock block) {
+    validateCalibrationData(block);
+    calibrationToWrite = std::move(block);
+}
+
+std::unique_ptr<XmlElement> Sensor::sensorToXml(bool useCurrent) const {
+    const bool useOriginal = useCurrent || calibrationToWrite.empty();
+    if (useOriginal && (originalCalibration.empty() || !calibrationLoaded)) {
+        return nullptr;
+    }
+    const CalibrationBlock& block = useOriginal ? originalCalibration : calibrationToWrite;
+    requireBlockSize(block, kBlockHeadSize);
+    auto element = makeSensorElement(luid);
+    XmlElement& data = addCalibrationData(*element, block);
+    if (block[0] < kFirstVendorFormat) {
+        writeCalibrationXml(data, block);
+    } else {
+        writeCustomPayload(data, block);
+    }
+    return element;
 }
 
 void Sensor::setManager(RunContext* context) {

@@ -9,18 +9,15 @@
 #include "numerics/Sample.h"
 #include "numerics/Vector.h"
 #include "process/RunTypes.h"
+#include "sensors/CalibrationBlock.h"
 #include "sensors/Luid.h"
 #include "sensors/SensorReport.h"
 
 namespace tavocal {
 
 class RunContext;
+class SDT;
 class XmlElement;
-
-using CalibrationBlock = std::vector<std::uint8_t>;
-
-// FormatId values from here on mark a vendor's own format, of which only that byte is known.
-constexpr int kFirstVendorFormat = 128;
 
 // One firmware sensor: its identity, its calibration blocks, the samples of the run and its part
 // of the report. Subclasses add the calibration maths. Sensors are held by shared pointers and are
@@ -68,13 +65,28 @@ class Sensor {
     virtual bool isCalibratable() const;
     virtual bool isTestable() const;
 
+    // Reads the sensor's block, and what else the class wants, from the firmware. An empty block
+    // counts as none. Throws SmhiException if the firmware fails, and as setCalibrationData.
+    void loadFromFirmware();
+    virtual void loadFromFirmware(SDT& firmware);
+
     // Takes a block that the firmware or a file holds. Throws CalibrationException for a bad one.
     virtual void setCalibrationData(CalibrationBlock block);
     virtual void validateCalibrationData(const CalibrationBlock& block) const;
 
-    // Reads the block from the firmware, for an inertial sensor form factor and hinge too. Throws
-    // SmhiException if the exchange fails, else as setCalibrationData.
-    virtual void loadFromFirmware();
+    // The "Sensor" element of a calibration file with the block to write; with the block that was
+    // loaded if `useCurrent` or if there is none to write. Null if there is no block at all. Throws
+    // CalibrationException for a block that can't be told in XML.
+    std::unique_ptr<XmlElement> sensorToXml(bool useCurrent) const;
+    // Reads the parsed "CalibrationData" element of a file, which holds something else than custom
+    // data, into calibrationToWrite. loadFromFirmware comes before. The two numbers are
+    // from 0 to 255. Throws CalibrationException.
+    virtual void readCalibrationXml(const XmlElement& data, int blockFormat, int version) = 0;
+    // Takes a block from a file as the one to write. Throws as validateCalibrationData.
+    virtual void importCalibration(CalibrationBlock block);
+    // Appends the content of `block`, whose format isn't a vendor's own, to the "CalibrationData"
+    // element.
+    virtual void writeCalibrationXml(XmlElement& data, const CalibrationBlock& block) const = 0;
 
     // `context` must outlive the sensor's work in the run.
     virtual void setManager(RunContext* context);
@@ -100,7 +112,10 @@ class Sensor {
     SensorReport report{*this};
 
     LUID luid;
-    int sensorKind = 0;  // 0 generic, 1 inertial, 2 ambient light
+    static constexpr int kGenericKind = 0;
+    static constexpr int kInertialKind = 1;
+    static constexpr int kAmbientLightKind = 2;
+    int sensorKind = kGenericKind;
     std::string name;
     Unit samplingUnit = Unit::unknown;  // of the samples and of all the maths
     Unit firmwareUnit = Unit::unknown;  // of the offset inside calibration blocks

@@ -2,18 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <limits>
 #include <map>
 
 #include "base/Failures.h"
 #include "base/Text.h"
 #include "formats/FormFactor.h"
-#include "formats/TestingConfig.h"
-#include "numerics/NumericsTesting.h"
-#include "platform/Console.h"
 #include "sensors/Accelerometer.h"
-#include "sensors/Gyroscope.h"
 #include "sensors/MotionReplay.h"
 #include "sensors/SensorTypes.h"
 
@@ -21,15 +16,10 @@ namespace tavocal::testing {
 
 namespace {
 
-constexpr double kPi = 3.141592653589793;
 constexpr SelectedClasses kAll{true, true, true};
 
-// A calibrated sensor of the class that the display name begins with.
 std::shared_ptr<InertialSensor> makePerfectSensor(const std::string& displayName) {
     const auto sensor = makeNamedSensor(displayName);
-    if (startsWith(displayName, kMagnetometerName)) {
-        sensor->name = kMagnetometerName;
-    }
     sensor->scaleMatrix = identity(3);
     sensor->axisMapping = identity(3);
     return sensor;
@@ -277,144 +267,6 @@ TEST(CrossSensorChecksTest, ASensorWithoutSamplesEndsTheChecks) {
     EXPECT_EQ(test.failure(), "buffered data of sensorAccelerometer is empty");
     test.run.process.segmentTimes.resize(12);
     EXPECT_EQ(test.failure({false, true, true}), "Internal error");
-}
-
-// ---- compareRotation ----
-
-// Sensors of a test run whose gyroscope has seen a quarter turn about Z between its stages.
-class CompareRotationTest : public ::testing::Test {
-  protected:
-    CompareRotationTest() : run(FlowType::FourSteps, RunCommand::TestCalibration) {
-        run.process.stageCount = 2;
-        gyro->testRotations = {rotationMatrix({0.0, 0.0, kPi / 2.0})};
-        for (const auto& sensor : {acc, mag}) {
-            sensor->stageMeans = Matrix(2, 3);
-        }
-        acc->stageMeans.setRow(0, {0.0, 1.0, 0.0});
-        acc->stageMeans.setRow(1, {1.0, 0.0, 0.0});
-    }
-
-    ~CompareRotationTest() override { testingConfig() = TestingConfig(); }
-
-    bool compare(const std::shared_ptr<Sensor>& a, const std::shared_ptr<Sensor>& g,
-                 const std::shared_ptr<Sensor>& m) {
-        ::testing::internal::CaptureStdout();
-        const bool passed = CrossSensorChecks({}, kAll, run).compareRotation(a, g, m);
-        platform::Console::instance().flush();
-        printed = ::testing::internal::GetCapturedStdout();
-        return passed;
-    }
-
-    MotionReplay run;
-    std::shared_ptr<InertialSensor> acc = makePerfectSensor("Accelerometer");
-    std::shared_ptr<Gyroscope> gyro =
-        std::dynamic_pointer_cast<Gyroscope>(makePerfectSensor("Gyroscope"));
-    std::shared_ptr<InertialSensor> mag = makePerfectSensor("Magnetometer");
-    std::string printed;
-};
-
-TEST_F(CompareRotationTest, NothingToCompareAgrees) {
-    EXPECT_TRUE(compare(acc, nullptr, mag));
-    EXPECT_TRUE(compare(nullptr, gyro, nullptr));
-    EXPECT_EQ(reportOf(*gyro), "");
-}
-
-TEST_F(CompareRotationTest, OneStageHasNoSteps) {
-    run.process.stageCount = 1;
-    EXPECT_TRUE(compare(acc, gyro, mag));
-    EXPECT_TRUE(contains(reportOf(*gyro), "(Performing_TestCompareRotation_Gyro_Accel)"));
-}
-
-TEST_F(CompareRotationTest, TheGyroscopeTurnsTheLaterMeanBackOntoTheEarlier) {
-    EXPECT_TRUE(compare(acc, gyro, mag));
-    EXPECT_EQ(printed, "");
-    EXPECT_TRUE(contains(
-        reportOf(*gyro),
-        "Performing_TestCompareRotation_Gyro_Accel(!step 1! !difference between gyro and accel! "
-        "Angles[Rows=1 Cols=1](Values('0.000000;')) !The difference that is expected at a "
-        "perfectly calibrated system! Expected[Rows=1 Cols=1](Values('0.000000;')) "
-        "!rotation_agreement_degrees! threshold(Values('5.000000')) !: PASSED!)"));
-}
-
-TEST_F(CompareRotationTest, AnAngleOfTheThresholdPasses) {
-    acc->stageMeans.setRow(0, {1.0, 0.0, 0.0});
-    gyro->testRotations = {rotationMatrix({0.0, 0.0, 0.1})};
-    const double angle =
-        angleBetween(gyro->testRotations[0] * Vector{1.0, 0.0, 0.0}, {1.0, 0.0, 0.0}) *
-        57.29577951308232;
-    testingConfig().rotation_agreement_degrees_acc = angle;
-    EXPECT_TRUE(compare(acc, gyro, mag));
-    testingConfig().rotation_agreement_degrees_acc = std::nextafter(angle, 0.0);
-    EXPECT_FALSE(compare(acc, gyro, mag));
-    EXPECT_TRUE(contains(printed, "Error in Gyroscope step 1 Gravity rotation test\n"));
-    EXPECT_TRUE(run.failures.empty());
-    EXPECT_TRUE(contains(reportOf(*gyro), "! FAILED!)"));
-}
-
-// For some of these rounding carries the cosine beyond 1.
-TEST_F(CompareRotationTest, AgreementToTheLastDigitPasses) {
-    constexpr std::uint64_t kSeed = 7;
-    RandomNumbers random(kSeed);
-    gyro->testRotations = {identity(3)};
-    for (int i = 0; i < 100; ++i) {
-        const Vector mean = random.unitVector();
-        acc->stageMeans.setRow(0, mean);
-        acc->stageMeans.setRow(1, mean);
-        EXPECT_TRUE(compare(acc, gyro, nullptr)) << "seed " << kSeed << " number " << i;
-    }
-}
-
-TEST_F(CompareRotationTest, WhatIsMissingFails) {
-    gyro->testRotations.clear();
-    EXPECT_FALSE(compare(acc, gyro, nullptr));
-    gyro->testRotations = {identity(3)};
-    acc->stageMeans = Matrix(1, 3);
-    EXPECT_FALSE(compare(acc, gyro, nullptr));
-}
-
-// The magnetometer's means lie on a circle about a point that only its samples tell.
-TEST_F(CompareRotationTest, TheFieldIsTakenFromTheMiddleOfItsCircle) {
-    const Vector center{900.0, -400.0, 250.0};
-    for (int i = 0; i < 300; ++i) {
-        const double angle = 2.0 * kPi * i / 300.0;
-        const Vector field{200.0 * std::cos(angle), 200.0 * std::sin(angle), 0.0};
-        mag->bufferedData.push_back({10.0 * i, center + field});
-    }
-    mag->stageMeans.setRow(0, center + Vector{0.0, 200.0, 0.0});
-    mag->stageMeans.setRow(1, center + Vector{200.0, 0.0, 0.0});
-    EXPECT_TRUE(compare(nullptr, gyro, mag));
-
-    const double off = 16.0 * kPi / 180.0;
-    mag->stageMeans.setRow(1, center + Vector{200.0 * std::cos(off), 200.0 * std::sin(off), 0.0});
-    EXPECT_FALSE(compare(nullptr, gyro, mag));
-    EXPECT_TRUE(contains(printed, "Error in Gyroscope step 1 Magnetometer rotation test\n"));
-    const std::string report = reportOf(*gyro);
-    EXPECT_TRUE(contains(report,
-                         "Performing_TestCompareRotation_Gyro_Mag(!step 1! "
-                         "!difference between gyro and mag! Angles"));
-    EXPECT_TRUE(contains(report, "threshold(Values('15.000000'))"));
-}
-
-TEST(CompareRotationRecordingTest, AGyroscopeThatReadsTooMuchDisagrees) {
-    for (const bool faulty : {false, true}) {
-        simulator::RecordingOptions options;
-        options.flow = simulator::Flow::FourSteps;
-        options.sensors = "AG";
-        options.perfect = true;
-        options.fault = faulty ? simulator::Fault::GyroScale10 : simulator::Fault::None;
-        MotionReplay run(FlowType::FourSteps, RunCommand::TestCalibration);
-        const auto acc = makeNamedSensor("Accelerometer");
-        const auto gyro = makeNamedSensor("Gyroscope");
-        run.add(acc);
-        run.add(gyro);
-        ASSERT_TRUE(run.play(simulator::record(options)));
-        EXPECT_TRUE(acc->testCalibration());
-        EXPECT_TRUE(gyro->testCalibration());
-        ::testing::internal::CaptureStdout();
-        EXPECT_EQ(CrossSensorChecks({}, kAll, run).compareRotation(acc, gyro, nullptr), !faulty);
-        platform::Console::instance().flush();
-        ::testing::internal::GetCapturedStdout();
-    }
 }
 
 }  // namespace

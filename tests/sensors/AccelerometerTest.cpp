@@ -92,14 +92,14 @@ TEST(AccelerometerTest, FullSolveRecoversMountingScaleAndOffset) {
             }
         }
     }
-    bench.addPositions(inverseMap, offset, 0.002);
+    bench.addPositions(inverseMap, offset);
     EXPECT_EQ(bench.failure(), "");
     expectNear(bench.sensor.scaleMatrix, scale, 1e-9);
     EXPECT_EQ(bench.sensor.axisMapping, mounting);
     EXPECT_NEAR(norm(bench.sensor.offsetVector - offset), 0.0, 1e-9);
     const StaticBlockFields block = decodeStaticBlock(bench.sensor.calibrationToWrite);
     expectNear(block.scale, scale, 2.0 / 31000);
-    EXPECT_EQ(block.offset[1], -120000.0);
+    EXPECT_NEAR(block.offset[1], -120000.0, 1.0);
 }
 
 TEST(AccelerometerTest, FourStepsFindsMountingDiagonalScaleAndOffset) {
@@ -141,7 +141,7 @@ TEST(AccelerometerTest, NoResultThatIsNotFinitePasses) {
 
 TEST(AccelerometerTest, FourStepGateFailsOnTheExpectedError) {
     // A tilt in all positions keeps lengths and diagonal, and moves the readings off the table.
-    const double angle = 0.25;
+    const double angle = 0.5;
     const Matrix tilt(
         3, 3, {1, 0, 0, 0, std::cos(angle), -std::sin(angle), 0, std::sin(angle), std::cos(angle)});
     Bench bench(FlowType::FourSteps);

@@ -17,7 +17,6 @@ namespace tavocal::test {
 namespace {
 
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 // The text of the CalibrationException that `act` throws; empty if it throws none.
 template <typename Action>
@@ -151,12 +150,18 @@ TEST_F(AmbientLightTest, MeanAndDeviationOfARange) {
     EXPECT_EQ(light->sampleStdDev(0, 1), 0.0);
 
     constexpr std::int64_t kHuge = std::numeric_limits<std::int64_t>::max();
-    const std::pair<std::int64_t, std::int64_t> outside[] = {
-        {0, 0}, {2, -1}, {-1, 2}, {1, 5}, {5, 1}, {kHuge, 1}, {1, kHuge}, {kHuge, kHuge}};
-    for (const auto& [start, count] : outside) {
-        SCOPED_TRACE(std::to_string(start) + ", " + std::to_string(count));
-        EXPECT_EQ(failureOf([&] { light->sampleMean(start, count); }), "Internal error");
-        EXPECT_EQ(failureOf([&] { light->sampleStdDev(start, count); }), "Internal error");
+    struct Range {
+        std::int64_t start;
+        std::int64_t count;
+    };
+    const Range outside[] = {{0, 0}, {2, -1},    {-1, 2},    {1, 5},
+                             {5, 1}, {kHuge, 1}, {1, kHuge}, {kHuge, kHuge}};
+    for (const Range& range : outside) {
+        SCOPED_TRACE(std::to_string(range.start) + ", " + std::to_string(range.count));
+        EXPECT_EQ(failureOf([&] { light->sampleMean(range.start, range.count); }),
+                  "Internal error");
+        EXPECT_EQ(failureOf([&] { light->sampleStdDev(range.start, range.count); }),
+                  "Internal error");
     }
 }
 

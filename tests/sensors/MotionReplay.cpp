@@ -11,9 +11,9 @@ namespace tavocal::testing {
 
 std::shared_ptr<InertialSensor> makeNamedSensor(const std::string& displayName) {
     LUID luid;
-    luid.SensorTypeId = startsWith(displayName, kGyroscopeName)      ? kGyroscopeType
-                        : startsWith(displayName, kMagnetometerName) ? kMagnetometerType
-                                                                     : kAccelerometerType;
+    luid.SensorTypeId = startsWith(displayName, kAccelerometerName) ? kAccelerometerType
+                        : startsWith(displayName, kGyroscopeName)   ? kGyroscopeType
+                                                                    : kMagnetometerType;
     luid.InstanceId = contains(displayName, "_2") ? 1 : 0;
     luid.Flags = kStaticFlag;
     return std::dynamic_pointer_cast<InertialSensor>(makeSensor(luid));
@@ -34,9 +34,10 @@ void MotionReplay::add(const std::shared_ptr<InertialSensor>& sensor) {
 bool MotionReplay::play(const simulator::Recording& recording) {
     process.buildStages();
     std::vector<std::pair<InertialSensor*, simulator::Row>> rows;
-    for (const auto& sensor : sensors) {
-        for (const simulator::Row& row : recording.rows.at(sensor->getDisplayName())) {
-            rows.emplace_back(sensor.get(), row);
+    // Of samples of the same time, that of the later sensor goes first.
+    for (auto sensor = sensors.rbegin(); sensor != sensors.rend(); ++sensor) {
+        for (const simulator::Row& row : recording.rows.at((*sensor)->getDisplayName())) {
+            rows.emplace_back(sensor->get(), row);
         }
     }
     std::stable_sort(rows.begin(), rows.end(),

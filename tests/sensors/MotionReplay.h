@@ -12,7 +12,8 @@
 
 namespace tavocal::testing {
 
-// "Accelerometer", "Gyroscope" or "Magnetometer", with "_2" behind it for the secondary one; a static sensor.
+// "Accelerometer", "Gyroscope" or "Magnetometer", with "_2" behind it for the secondary one; a
+// static sensor.
 std::shared_ptr<InertialSensor> makeNamedSensor(const std::string& displayName);
 
 // A run of motion sensors: one whose stages are found in a recording, or one whose stages a test

@@ -48,11 +48,14 @@ class RotationTrackingTest : public ::testing::Test {
     std::shared_ptr<InertialSensor> gyroscope = makeNamedSensor("Gyroscope");
 };
 
-// The distance is that of the points before, so a perfect pair shows the turn of one step.
+// The distance is that of the point before, so a perfect pair shows the turn of one step: a 200th
+// of the motion.
 TEST_F(RotationTrackingTest, AgreesButForTheTurnOfOneStep) {
-    sample(0.0, 4000.0);
+    sample(0.0, 6000.0);
     const double step = rate * std::acos(-1.0) / 180.0 * 0.01;
     EXPECT_NEAR(error(), step, step * 0.02);
+    EXPECT_NEAR(rotationTrackingError(*reference, *gyroscope, 1, identity(3), kBegin, 5000.0),
+                2.0 * step, step * 0.02);
 }
 
 TEST_F(RotationTrackingTest, AGyroscopeThatReadsTheTurnOtherwiseDisagrees) {

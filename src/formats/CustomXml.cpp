@@ -1,0 +1,20 @@
+#include "formats/CustomXml.h"
+
+#include <span>
+
+#include "formats/XmlBytes.h"
+#include "formats/XmlFields.h"
+
+namespace tavocal {
+
+void writeCustomPayload(XmlElement& data, const CalibrationBlock& block) {
+    requireBlockSize(block, kBlockHeadSize);
+    addBytes(data, L"OEMCustomData", std::span(block).subspan(kBlockHeadSize));
+}
+
+void readCustomPayload(const XmlElement& custom, CalibrationBlock& block) {
+    const auto bytes = readBinData(custom, requiredNumber(custom, kDataLength));
+    block.insert(block.end(), bytes.begin(), bytes.end());
+}
+
+}  // namespace tavocal
