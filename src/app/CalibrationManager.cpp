@@ -31,13 +31,6 @@ void print(const std::string& text) {
     platform::Console::instance().write(text);
 }
 
-void printColoured(int attribute, const std::string& text) {
-    platform::Console& console = platform::Console::instance();
-    console.setConsoleColour(attribute);
-    console.write(text);
-    console.resetConsoleColour();
-}
-
 }  // namespace
 
 CalibrationManager::CalibrationManager(const CmdLine& commandLine)
@@ -202,8 +195,8 @@ void CalibrationManager::collectAndWork() {
 
 void CalibrationManager::handleFailure(const std::string& reason) {
     TAVOCAL_LOG(Debug, kStartName, "Caught CalibrationException - " + reason);
-    printColoured(platform::kLightRed,
-                  settings.isTesting ? "TEST FAILED\n" : "CALIBRATION FAILED\n");
+    platform::Console::instance().writeColoured(
+        platform::kLightRed, settings.isTesting ? "TEST FAILED\n" : "CALIBRATION FAILED\n");
     if (process != nullptr) {
         process->currentStep = 0;
     }
@@ -222,9 +215,10 @@ void CalibrationManager::finish() {
             print(sensor->toDisplayText());
         }
     }
-    printColoured(platform::kLightGreen, settings.isCalibrating
-                                             ? "Calibration process completed successfully\n"
-                                             : "Completed successfully\n");
+    platform::Console::instance().writeColoured(platform::kLightGreen,
+                                                settings.isCalibrating
+                                                    ? "Calibration process completed successfully\n"
+                                                    : "Completed successfully\n");
 }
 
 void CalibrationManager::writeReport() const {
@@ -374,10 +368,10 @@ void CalibrationManager::evaluateMagEnvironment() const {
 }
 
 CrossSensorChecks CalibrationManager::crossSensorChecks() const {
-    return CrossSensorChecks(calibratingSensors,
-                             {settings.selectAccelerometer, settings.selectGyroscope,
-                              settings.selectMagnetometer},
-                             sensorManager);
+    return CrossSensorChecks(
+        calibratingSensors,
+        {settings.selectAccelerometer, settings.selectGyroscope, settings.selectMagnetometer},
+        sensorManager);
 }
 
 }  // namespace tavocal

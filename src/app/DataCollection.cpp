@@ -27,13 +27,6 @@ void print(const std::string& text) {
     platform::Console::instance().write(text);
 }
 
-void printColoured(int attribute, const std::string& text) {
-    platform::Console& console = platform::Console::instance();
-    console.setConsoleColour(attribute);
-    console.write(text);
-    console.resetConsoleColour();
-}
-
 }  // namespace
 
 DataCollection::DataCollection(const CmdLine& commandLine, const RunSettings& runSettings,
@@ -111,7 +104,8 @@ void DataCollection::runStep(Process& process, int step, int noEnterMs) {
     sensorManager.waitForStepFinish(process.isThreeRotationsStage());
     print("\a");
     platform::Console::instance().flush();
-    printColoured(platform::kLightGreen, "STEP " + std::to_string(step + 1) + " PASSED\n");
+    platform::Console::instance().writeColoured(platform::kLightGreen,
+                                                "STEP " + std::to_string(step + 1) + " PASSED\n");
 }
 
 void DataCollection::readOperator(Process& process) {

@@ -26,6 +26,8 @@ class Console {
     // terminal.
     void setConsoleColour(int attribute);
     void resetConsoleColour();
+    // One text in a colour.
+    void writeColoured(int attribute, std::string_view text);
 
     // Both flush the output first. A closed or failing standard input gives false.
     bool readCharacter(char& character);

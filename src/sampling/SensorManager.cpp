@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 
 #include "base/Failures.h"
 #include "base/Logger.h"
 #include "base/Text.h"
+#include "firmware/KeluBase.h"
+#include "firmware/MakeKelu.h"
 #include "firmware/PNRRecord.h"
 #include "firmware/SDT.h"
 #include "formats/CsvParser.h"
@@ -27,6 +30,8 @@ constexpr std::array<const char*, 4> kClassNames = {kAccelerometerName, kGyrosco
 // Report intervals in milliseconds.
 constexpr std::uint32_t kMotionInterval = 10;
 constexpr std::uint32_t kLightInterval = 20;
+
+constexpr std::chrono::milliseconds kImpatientTimeout{500};
 
 bool contains(const std::vector<std::string>& names, const std::string& name) {
     return std::find(names.begin(), names.end(), name) != names.end();
@@ -279,11 +284,17 @@ void SensorManager::stopSampling() {
     if (sensors.empty()) {
         throw CalibrationException("No sensors were set for sampling");
     }
+    bool stopped = false;
     try {
-        PNRRecord::instance().stop();
+        stopped = PNRRecord::instance().stop();
         PNRRecord::instance().endSession();
-        SDT().stopSampling(sampledSensors());
+        // A firmware that did not end the session may not answer at all.
+        SDT firmware = stopped ? SDT() : SDT([] { return makeKelu(kImpatientTimeout); });
+        firmware.stopSampling(sampledSensors());
     } catch (const SmhiException&) {
+        stopped = false;
+    }
+    if (!stopped) {
         throw CalibrationException("Failed to stop sampling");
     }
     checkDataStreamingValidity();
@@ -357,41 +368,14 @@ void SensorManager::waitForKey(bool threeRotations) {
     if (indicator == nullptr) {
         throw CalibrationException("Error. stageIndicatorSensor is NULL");
     }
+    std::size_t stored = 0;
     {
         const std::lock_guard<std::mutex> lock(dataMutex);
-        stepBoundaries.push_back(static_cast<std::uint32_t>(samples[indicator].size()));
+        stored = samples[indicator].size();
     }
-    checkUserStep(*indicator, threeRotations);
+    userSteps.finish(*indicator, stored, threeRotations);
     finishStep();
     stages.finishUserStage();
-}
-
-void SensorManager::checkUserStep(Sensor& indicator, bool threeRotations) {
-    constexpr std::size_t kRotations = 3;
-    const auto require = [](bool followed, const char* phase) {
-        if (!followed) {
-            throw CalibrationException(std::string("Data collected during ") + phase +
-                                       " phase in mag environment test is abnormal. Make sure the "
-                                       "movement instructions were followed.");
-        }
-    };
-    const bool magnetometer = tavocal::contains(indicator.getDisplayName(), kMagnetometerName);
-    if (magnetometer && stepBoundaries.size() <= kRotations) {
-        const std::size_t count = stepBoundaries.size();
-        const int begin = count < 2 ? 0 : static_cast<int>(stepBoundaries[count - 2]);
-        int axis = 0;
-        require(indicator.checkMagPreTest_singleRotation(
-                    begin, static_cast<int>(stepBoundaries.back()) - 1, axis),
-                "rotation");
-    } else if (magnetometer) {
-        require(indicator.checkMagPreTest_translation(), "translation");
-    }
-    platform::Console::instance().write("User pressed to signal end\n");
-    if (threeRotations) {
-        indicator.userSignalledEnd();
-        require(!magnetometer || indicator.checkMagPreTest_threeRotations(stepBoundaries),
-                "three rotation");
-    }
 }
 
 // ---- What the sensors ask ----

@@ -14,6 +14,7 @@
 #include "sampling/FailureSummary.h"
 #include "sampling/LiveTimeBase.h"
 #include "sampling/StageControl.h"
+#include "sampling/UserPacedSteps.h"
 #include "sensors/RunContext.h"
 
 namespace tavocal {
@@ -102,7 +103,6 @@ class SensorManager : public RunContext, public SampleReceiver {
     std::uint32_t largestMinimalInterval() const;
     void storeLive(const std::shared_ptr<Sensor>& sensor, const Sample& sample);
     void waitForKey(bool threeRotations);
-    void checkUserStep(Sensor& indicator, bool threeRotations);
     std::vector<SampledSensor> sampledSensors() const;
 
     std::vector<std::shared_ptr<Sensor>> sensors;
@@ -113,8 +113,7 @@ class SensorManager : public RunContext, public SampleReceiver {
     StageControl stages;
     FailureSummary failures;
     bool allStagesDone = false;  // also ends a replay
-    // User-paced runs: the number of stored samples of the stage indicator at each key press.
-    std::vector<std::uint32_t> stepBoundaries;
+    UserPacedSteps userSteps;
 
     std::optional<int> samplingInterval;  // -SamplingInterval, in milliseconds
     std::uint32_t reportInterval = 0;     // what is asked of the firmware, in milliseconds

@@ -8,8 +8,8 @@
 namespace tavocal {
 
 // The hand-over of a stage's end from whoever sees the data to the main thread, which waits for it.
-// A stage that ends before the wait begins is not lost, and a failure that nobody has waited for yet
-// is not covered by a later success.
+// A stage that ends before the wait begins is not lost, and a failure that nobody has waited for
+// yet is not covered by a later success.
 class StageControl {
   public:
     // Any thread.

@@ -1,0 +1,49 @@
+#include "platform/Console.h"
+
+#include <cstdio>
+
+#include "base/Text.h"
+
+namespace tavocal::platform {
+
+Console& Console::instance() {
+    static Console* const console = new Console;
+    return *console;
+}
+
+void Console::write(std::string_view text) {
+    const std::lock_guard<std::mutex> lock(mutex);
+    std::fwrite(text.data(), 1, text.size(), stdout);
+}
+
+void Console::write(std::wstring_view text) {
+    write(std::string_view(toUtf8(text)));
+}
+
+void Console::writeColoured(int attribute, std::string_view text) {
+    setConsoleColour(attribute);
+    write(text);
+    resetConsoleColour();
+}
+
+void Console::flush() {
+    const std::lock_guard<std::mutex> lock(mutex);
+    std::fflush(stdout);
+}
+
+bool Console::readLine(std::string& line) {
+    line.clear();
+    char character = 0;
+    bool got = readCharacter(character);
+    const bool any = got;
+    while (got && character != '\n') {
+        line.push_back(character);
+        got = readCharacter(character);
+    }
+    if (!line.empty() && line.back() == '\r') {
+        line.pop_back();
+    }
+    return any;
+}
+
+}  // namespace tavocal::platform

@@ -1,0 +1,57 @@
+#include "sampling/UserPacedSteps.h"
+
+#include <string>
+
+#include "base/Failures.h"
+#include "base/Text.h"
+#include "platform/Console.h"
+#include "sensors/Sensor.h"
+#include "sensors/SensorTypes.h"
+
+namespace tavocal {
+
+namespace {
+
+constexpr std::size_t kRotations = 3;
+
+void require(bool followed, const char* phase) {
+    if (!followed) {
+        throw CalibrationException(std::string("Data collected during ") + phase +
+                                   " phase in mag environment test is abnormal. Make sure the "
+                                   "movement instructions were followed.");
+    }
+}
+
+bool isMagnetometer(const Sensor& sensor) {
+    return contains(sensor.getDisplayName(), kMagnetometerName);
+}
+
+}  // namespace
+
+void UserPacedSteps::finish(Sensor& indicator, std::size_t storedSamples, bool threeRotations) {
+    stepBoundaries.push_back(static_cast<std::uint32_t>(storedSamples));
+    if (isMagnetometer(indicator)) {
+        checkMovement(indicator);
+    }
+    platform::Console::instance().write("User pressed to signal end\n");
+    if (threeRotations) {
+        indicator.userSignalledEnd();
+        require(
+            !isMagnetometer(indicator) || indicator.checkMagPreTest_threeRotations(stepBoundaries),
+            "three rotation");
+    }
+}
+
+void UserPacedSteps::checkMovement(Sensor& indicator) const {
+    const std::size_t count = stepBoundaries.size();
+    if (count > kRotations) {
+        require(indicator.checkMagPreTest_translation(), "translation");
+        return;
+    }
+    const int begin = count < 2 ? 0 : static_cast<int>(stepBoundaries[count - 2]);
+    const int last = static_cast<int>(stepBoundaries.back()) - 1;
+    int axis = 0;
+    require(indicator.checkMagPreTest_singleRotation(begin, last, axis), "rotation");
+}
+
+}  // namespace tavocal
