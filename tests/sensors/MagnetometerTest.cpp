@@ -141,6 +141,18 @@ TEST_F(MagnetometerScript, OneReadingThatIsNoNumberCostsTheNoiseButNotTheRun) {
     EXPECT_EQ(sensor->noiseVector[1], 1.0);
 }
 
+// The fit passes over them.
+TEST_F(MagnetometerScript, AStageWithoutNumbersIsRefused) {
+    begin();
+    script();
+    const std::vector<int> ind = sensor->findIndex();
+    for (int i = ind[12]; i < ind[13]; ++i) {
+        sensor->bufferedData[static_cast<std::size_t>(i)].values[2] = kNaN;
+    }
+    EXPECT_NE(failure(), "");
+    EXPECT_TRUE(sensor->calibrationToWrite.empty());
+}
+
 TEST_F(MagnetometerScript, NothingIsWrittenForReadingsThatMakeNoEllipsoid) {
     const auto spoil = [this](const std::function<Vector(const Vector&)>& change) {
         run.times.clear();
