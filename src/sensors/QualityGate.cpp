@@ -151,10 +151,12 @@ void QualityGate::checkMeanNorm(const Vector& norms) {
     }
 }
 
-// Every comparison with a NaN is false, so none of the other checks refuses one.
+// Every comparison with a NaN is false, so none of the other checks refuses one. A mean that is
+// none would make them all pass, however good the rest is.
 void QualityGate::checkFinite() {
     if (!allFinite(sensor.offsetVector.data(), sensor.offsetVector.size()) ||
-        !allFinite(sensor.scaleMatrix) || !allFinite(sensor.axisMapping)) {
+        !allFinite(sensor.scaleMatrix) || !allFinite(sensor.axisMapping) ||
+        !allFinite(sensor.stageMeans)) {
         fail("Not finite", "Calculated calibration is not finite.\n");
     }
 }
