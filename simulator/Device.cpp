@@ -67,6 +67,13 @@ Row Device::nextRow(Channel& channel) {
     return {std::round(due * 1000.0 / tick) * tick, {reading.x, reading.y, reading.z}};
 }
 
+std::optional<Vec3> Device::read(std::size_t sensor, double seconds) {
+    if (seconds >= channels[sensor].end) {
+        return std::nullopt;
+    }
+    return sensorModels[sensor].read(trueValue(sensorModels[sensor].kind(), seconds));
+}
+
 void Device::silence(SensorKind kind, double seconds) {
     for (Channel& channel : channels) {
         if (sensorModels[channel.sensor].kind() == kind) {

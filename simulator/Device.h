@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include "simulator/DeviceOptions.h"
@@ -32,6 +34,10 @@ class Device {
 
     // The sensors of a kind deliver nothing from `seconds` on.
     void silence(SensorKind kind, double seconds);
+
+    // What a sensor, given by its place in sensors(), says at a time, for whoever keeps his own
+    // clock. Each call draws new noise. Nothing from a sensor that is silent by then.
+    std::optional<Vec3> read(std::size_t sensor, double seconds);
 
     // What a perfect sensor with the device's own axes would read, without the noise.
     Vec3 trueValue(SensorKind kind, double seconds) const;

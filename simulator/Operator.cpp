@@ -27,19 +27,34 @@ Quaternion turnAbout(const Vec3& axis, double degrees) {
 
 Operator::Operator(const OperatorOptions& theOptions, std::uint64_t seed, Device& theDevice)
     : options(theOptions), device(theDevice) {
+    plan(seed);
+    // A flow that begins with a movement begins from the position that its first step leads to.
+    device.motion().startAt(staysPut(0) ? targetOf(0) : targets[0]);
+}
+
+void Operator::plan(std::uint64_t seed) {
     Random random(seed, "placement");
+    targets.clear();
     Quaternion exact;
     for (const FlowStep& step : flowSteps(options.flow)) {
         exact = exact * turnAbout(step.axis, step.degrees);
         const Vec3 error = random.normalVector() * options.placementDegrees;
         targets.push_back(exact * fromRotationVector(error * kRadiansPerDegree));
     }
-    if (options.mistake != Mistake::None) {
-        mistakeStep =
-            options.mistakeStep ? options.mistakeStep : usualStep(options.mistake, options.flow);
-    }
-    // A flow that begins with a movement begins from the position that its first step leads to.
-    device.motion().startAt(staysPut(0) ? targetOf(0) : targets[0]);
+    mistakeStep = options.mistake == Mistake::None ? std::nullopt
+                  : options.mistakeStep            ? options.mistakeStep
+                                                   : usualStep(options.mistake, options.flow);
+}
+
+void Operator::begin(const OperatorOptions& theOptions, std::uint64_t seed, double now) {
+    options = theOptions;
+    plan(seed);
+    const Quaternion start = device.motion().steadyPoseAt(now).attitude;
+    Movement movement;
+    movement.begin = now;
+    movement.duration = options.tiltSeconds;
+    movement.turn = toRotationVector(conjugate(start) * targets[0]);
+    device.motion().append(movement);
 }
 
 bool Operator::errs(Mistake mistake, std::size_t step) const {

@@ -46,7 +46,12 @@ class Operator {
     // The step in which the recording is broken off.
     bool givesUpIn(std::size_t step) const { return errs(Mistake::CutShort, step); }
 
+    // Begins another flow, from the attitude that it begins in, to which the device is turned.
+    // REQUIRES: now not before the end of the last movement.
+    void begin(const OperatorOptions& theOptions, std::uint64_t seed, double now);
+
   private:
+    void plan(std::uint64_t seed);
     bool errs(Mistake mistake, std::size_t step) const;
     bool isTilt(std::size_t step) const;
     bool staysPut(std::size_t step) const;

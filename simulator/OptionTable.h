@@ -18,6 +18,19 @@ struct Option {
     void (*apply)(Request& request, Arguments& arguments);
 };
 
+// Applies one argument to `request`. False if the table doesn't have that option.
+template <typename Request>
+bool applyOption(std::span<const Option<Request>> options, const std::string& name,
+                 Arguments& arguments, Request& request) {
+    for (const Option<Request>& option : options) {
+        if (option.name == name) {
+            option.apply(request, arguments);
+            return true;
+        }
+    }
+    return false;
+}
+
 // Applies every argument to `request`. Throws ArgumentError, also for an option that the table
 // doesn't have.
 template <typename Request>
@@ -25,14 +38,23 @@ void applyOptions(std::span<const Option<Request>> options,
                   const std::vector<std::string>& arguments, Request& request) {
     Arguments walk(arguments);
     for (std::string name; walk.nextOption(name);) {
-        const Option<Request>* found = nullptr;
-        for (const Option<Request>& option : options) {
-            found = option.name == name ? &option : found;
-        }
-        if (found == nullptr) {
+        if (!applyOption(options, name, walk, request)) {
             throw ArgumentError("Unknown option " + name);
         }
-        found->apply(request, walk);
+    }
+}
+
+// The same with two tables, each with a request of its own.
+template <typename First, typename Second>
+void applyOptions(std::span<const Option<First>> firstOptions, First& first,
+                  std::span<const Option<Second>> secondOptions, Second& second,
+                  const std::vector<std::string>& arguments) {
+    Arguments walk(arguments);
+    for (std::string name; walk.nextOption(name);) {
+        if (!applyOption(firstOptions, name, walk, first) &&
+            !applyOption(secondOptions, name, walk, second)) {
+            throw ArgumentError("Unknown option " + name);
+        }
     }
 }
 

@@ -5,17 +5,13 @@
 
 namespace tavocal::simulator {
 
-namespace {
-
-std::string sensorText(const std::string& name, const SensorTruth& truth) {
+std::string sensorTruthText(const std::string& name, const SensorTruth& truth) {
     return keyValueLine(name + ".offset", vectorText(truth.offset)) +
            keyValueLine(name + ".scale", matrixText(truth.scale)) +
            keyValueLine(name + ".axis_mapping", matrixText(truth.axisMapping)) +
            keyValueLine(name + ".matrix", matrixText(truth.scale * truth.axisMapping)) +
            keyValueLine(name + ".noise", numberText(truth.noise));
 }
-
-}  // namespace
 
 std::string truthText(const RecordingOptions& options, const RecordingTruth& truth) {
     std::string text = keyValueLine("flow", flowName(options.flow)) +
@@ -27,7 +23,7 @@ std::string truthText(const RecordingOptions& options, const RecordingTruth& tru
                        keyValueLine("field_mG", numberText(options.fieldMg)) +
                        keyValueLine("dip_deg", numberText(options.dipDegrees));
     for (const auto& [name, sensor] : truth.sensors) {
-        text += sensorText(name, sensor);
+        text += sensorTruthText(name, sensor);
     }
     return text + stagesText(truth.stages);
 }

@@ -4,8 +4,10 @@
 #include <vector>
 
 #include "platform/Console.h"
+#include "platform/Interrupt.h"
 #include "simulator/Arguments.h"
 #include "simulator/LightCommand.h"
+#include "simulator/LiveCommands.h"
 #include "simulator/RecordCommand.h"
 
 namespace tavocal::simulator {
@@ -15,23 +17,36 @@ namespace {
 constexpr int kFailed = 1;
 constexpr int kWrongArguments = 2;
 
-void printUsage() {
-    platform::Console::instance().write(recordUsage() + "\n" + lightUsage());
+int print(const std::string& text) {
+    platform::Console::instance().write(text);
     platform::Console::instance().flush();
+    return 0;
 }
 
-void run(const std::vector<std::string>& arguments) {
+bool asksForHelp(const std::vector<std::string>& arguments) {
+    return !arguments.empty() && arguments[0] == "--help";
+}
+
+int run(const std::vector<std::string>& arguments) {
     if (arguments.empty()) {
         throw ArgumentError("The command is missing; tavosim --help lists them");
     }
     const std::vector<std::string> rest(arguments.begin() + 1, arguments.end());
+    if (asksForHelp(arguments)) {
+        return print(recordUsage() + "\n" + lightUsage() + "\n" + liveUsage());
+    }
     if (arguments[0] == "record") {
         asksForLight(rest) ? runLightCommand(rest) : runRecordCommand(rest);
-    } else if (arguments[0] == "--help") {
-        printUsage();
-    } else {
-        throw ArgumentError("Unknown command " + arguments[0]);
+        return 0;
     }
+    if (arguments[0] == "run") {
+        return asksForHelp(rest) ? print(liveUsage()) : runRunCommand(rest);
+    }
+    if (arguments[0] == "serve") {
+        asksForHelp(rest) ? static_cast<void>(print(liveUsage())) : runServeCommand(rest);
+        return 0;
+    }
+    throw ArgumentError("Unknown command " + arguments[0]);
 }
 
 int fail(const std::exception& error, int status) {
@@ -41,8 +56,7 @@ int fail(const std::exception& error, int status) {
 
 int runProgram(const std::vector<std::string>& arguments) {
     try {
-        run(arguments);
-        return 0;
+        return run(arguments);
     } catch (const ArgumentError& error) {
         return fail(error, kWrongArguments);
     } catch (const std::exception& error) {
@@ -55,5 +69,6 @@ int runProgram(const std::vector<std::string>& arguments) {
 }  // namespace tavocal::simulator
 
 int main(int argc, char** argv) {
+    tavocal::platform::hardenProcess();
     return tavocal::simulator::runProgram(std::vector<std::string>(argv + 1, argv + argc));
 }
