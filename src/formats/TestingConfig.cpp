@@ -91,7 +91,7 @@ void setField(TestingConfig& config, const ConfigKey& key, float number) {
 }  // namespace
 
 TestingConfig& testingConfig() {
-    static TestingConfig* const config = new TestingConfig();
+    static auto* const config = new TestingConfig();
     return *config;
 }
 

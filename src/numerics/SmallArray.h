@@ -59,6 +59,9 @@ class SmallArray {
     }
 
     SmallArray& operator=(const SmallArray& other) {
+        if (this == &other) {
+            return *this;
+        }
         heap_ = other.heap_ != nullptr ? copyToHeap(other.heap_.get(), other.size_) : nullptr;
         size_ = other.size_;
         if (heap_ == nullptr) {

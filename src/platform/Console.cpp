@@ -7,7 +7,7 @@
 namespace tavocal::platform {
 
 Console& Console::instance() {
-    static Console* const console = new Console;
+    static auto* const console = new Console;
     return *console;
 }
 

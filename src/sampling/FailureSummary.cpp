@@ -14,7 +14,7 @@ constexpr std::array<const char*, 3> kKindTexts = {": Check Calibration", ": Che
 }  // namespace
 
 void FailureSummary::addFailure(int kind, const std::string& sensorName) {
-    if (failureKinds.count(kGeneral) != 0) {
+    if (failureKinds.contains(kGeneral)) {
         return;
     }
     if (static_cast<FailureKind>(kind) == FailureKind::CheckCalibration) {
