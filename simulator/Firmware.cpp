@@ -50,7 +50,7 @@ Firmware::Firmware(const FirmwareOptions& theOptions, Flash theFlash, World& the
 
 void Firmware::leaveSessionBehind() {
     hub.switchOn(time);
-    session.emplace();
+    session = Session();
     advanceTo(time + kLeftoverSeconds);
 }
 
@@ -227,7 +227,7 @@ FirmwareStatus Firmware::start(Client client, const FirmwareRequest& request) {
             return Status::UnknownSensor;
         }
     }
-    session.emplace();
+    session = Session();
     session->owner = client;
     session->begin = time;
     session->luids = request.luids;
