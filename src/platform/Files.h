@@ -18,7 +18,10 @@ bool canRead(const std::string& path);
 // The whole of a file, byte for byte. False if it can't be opened or read.
 bool readFile(const std::string& path, std::string& content);
 
-// Replaces a file by `content`, byte for byte. The result is empty on success, else the reason.
+// Replaces a file by `content`, byte for byte. The result is empty on success, else the reason. A
+// file that was there keeps its content if the new one can't be written whole, as on a full disk;
+// only what can't be replaced (a device, a link, a file in a folder that takes no new ones) is
+// written in place.
 [[nodiscard]] std::string writeFile(const std::string& path, std::string_view content);
 
 // The same for text with LF line ends, which become the platform's.

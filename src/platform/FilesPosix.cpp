@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <utility>
 
 #include "platform/Files.h"
 
@@ -30,6 +31,23 @@ bool status(const std::string& path, struct stat& info) {
     const std::string native = nativePath(path);
     return !native.empty() && native.find('\0') == std::string::npos &&
            stat(native.c_str(), &info) == 0;
+}
+
+// A regular file, or nothing yet.
+bool isReplaceable(const std::string& path) {
+    struct stat info {};
+    const std::string native = nativePath(path);
+    return native.find('\0') == std::string::npos &&
+           (lstat(native.c_str(), &info) == 0 ? S_ISREG(info.st_mode) : errno == ENOENT);
+}
+
+// Empty on success, else the reason.
+std::string writeAndClose(FileHandle file, std::string_view content) {
+    if (!file || std::fwrite(content.data(), 1, content.size(), file.get()) != content.size()) {
+        return std::strerror(errno);
+    }
+    // A full disk may show only when the buffer is flushed.
+    return std::fclose(file.release()) == 0 ? std::string() : std::string(std::strerror(errno));
 }
 
 }  // namespace
@@ -80,15 +98,20 @@ bool readFile(const std::string& path, std::string& content) {
 }
 
 std::string writeFile(const std::string& path, std::string_view content) {
-    FileHandle file = openFile(path, "wb");
+    const std::string interim = path + ".new";
+    FileHandle file = isReplaceable(path) ? openFile(interim, "wb") : nullptr;
     if (!file) {
-        return std::strerror(errno);
+        return writeAndClose(openFile(path, "wb"), content);
     }
-    if (std::fwrite(content.data(), 1, content.size(), file.get()) != content.size()) {
-        return std::strerror(errno);
+    std::string failure = writeAndClose(std::move(file), content);
+    const std::string from = nativePath(interim);
+    if (failure.empty() && std::rename(from.c_str(), nativePath(path).c_str()) != 0) {
+        failure = std::strerror(errno);
     }
-    // A full disk may show only when the buffer is flushed.
-    return std::fclose(file.release()) == 0 ? std::string() : std::string(std::strerror(errno));
+    if (!failure.empty()) {
+        std::remove(from.c_str());
+    }
+    return failure;
 }
 
 std::string writeTextFile(const std::string& path, std::string_view text) {

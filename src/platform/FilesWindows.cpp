@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <utility>
 
 #include "platform/Files.h"
 
@@ -28,6 +29,22 @@ FileHandle openFile(const std::string& path, const char* mode) {
 DWORD attributes(const std::string& path) {
     return path.empty() || path.find('\0') != std::string::npos ? INVALID_FILE_ATTRIBUTES
                                                                 : GetFileAttributesA(path.c_str());
+}
+
+// A plain file, or nothing yet.
+bool isReplaceable(const std::string& path) {
+    constexpr DWORD kOthers =
+        FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE | FILE_ATTRIBUTE_REPARSE_POINT;
+    const DWORD found = attributes(path);
+    return found == INVALID_FILE_ATTRIBUTES || (found & kOthers) == 0;
+}
+
+// Empty on success, else the reason.
+std::string writeAndClose(FileHandle file, std::string_view content) {
+    if (!file || std::fwrite(content.data(), 1, content.size(), file.get()) != content.size()) {
+        return std::strerror(errno);
+    }
+    return std::fclose(file.release()) == 0 ? std::string() : std::string(std::strerror(errno));
 }
 
 }  // namespace
@@ -70,14 +87,20 @@ bool readFile(const std::string& path, std::string& content) {
 }
 
 std::string writeFile(const std::string& path, std::string_view content) {
-    FileHandle file = openFile(path, "wb");
+    const std::string interim = path + ".new";
+    FileHandle file = isReplaceable(path) ? openFile(interim, "wb") : nullptr;
     if (!file) {
-        return std::strerror(errno);
+        return writeAndClose(openFile(path, "wb"), content);
     }
-    if (std::fwrite(content.data(), 1, content.size(), file.get()) != content.size()) {
-        return std::strerror(errno);
+    std::string failure = writeAndClose(std::move(file), content);
+    if (failure.empty() &&
+        MoveFileExA(interim.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING) == 0) {
+        failure = "error " + std::to_string(GetLastError());
     }
-    return std::fclose(file.release()) == 0 ? std::string() : std::string(std::strerror(errno));
+    if (!failure.empty()) {
+        DeleteFileA(interim.c_str());
+    }
+    return failure;
 }
 
 std::string writeTextFile(const std::string& path, std::string_view text) {
