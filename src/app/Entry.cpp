@@ -50,8 +50,13 @@ void printLine(const std::string& text) {
 
 [[noreturn]] void onInterrupt(int signal) {
     printLine("Interrupt signal (" + std::to_string(signal) + ") received.");
-    if (const auto manager = publishedManager()) {
-        manager->abort();
+    try {
+        if (const auto manager = publishedManager()) {
+            manager->abort();
+        }
+    } catch (const std::exception& exception) {
+        // Whatever could not be saved, the process ends as the operator asked.
+        printLine(exception.what());
     }
     printLine("Abort request");
     std::exit(signal);
