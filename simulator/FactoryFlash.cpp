@@ -39,7 +39,7 @@ Flash factoryFlash(const LiveOptions& options) {
         flash.store(luid, firstBlock(luid, options.blocks));
     }
     // A factory that calibrates a sensor doesn't know what will go wrong with it.
-    DeviceOptions device = static_cast<const DeviceOptions&>(options.motion);
+    DeviceOptions device = options.motion;
     device.fault = Fault::None;
     if (options.blocks == FactoryBlocks::Exact) {
         storeBlocks(makeSensors(device), flash);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <span>
 #include <string>
 #include <string_view>
@@ -22,13 +23,14 @@ struct Option {
 template <typename Request>
 bool applyOption(std::span<const Option<Request>> options, const std::string& name,
                  Arguments& arguments, Request& request) {
-    for (const Option<Request>& option : options) {
-        if (option.name == name) {
-            option.apply(request, arguments);
-            return true;
-        }
+    const auto found =
+        std::find_if(options.begin(), options.end(),
+                     [&name](const Option<Request>& option) { return option.name == name; });
+    if (found == options.end()) {
+        return false;
     }
-    return false;
+    found->apply(request, arguments);
+    return true;
 }
 
 // Applies every argument to `request`. Throws ArgumentError, also for an option that the table
