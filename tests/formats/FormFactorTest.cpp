@@ -11,7 +11,8 @@ namespace {
 TEST(FormFactor, NamesAndValuesBelongTogether) {
     const std::vector<std::string> names = {"2IN1",   "KICKSTAND", "SWIVEL",
                                             "TABLET", "CLAMSHELL", "MID"};
-    for (std::uint8_t value = 0; value < names.size(); ++value) {
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        const auto value = static_cast<std::uint8_t>(i);
         EXPECT_EQ(formFactorText(value), names[value]);
         std::uint8_t parsed = 0xCC;
         EXPECT_TRUE(formFactorFromText(names[value], parsed));
@@ -22,7 +23,8 @@ TEST(FormFactor, NamesAndValuesBelongTogether) {
 
 TEST(Hinge, NamesAndValuesBelongTogether) {
     const std::vector<std::string> names = {"BOTTOM", "TOP", "LEFT", "RIGHT"};
-    for (std::uint8_t value = 0; value < names.size(); ++value) {
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        const auto value = static_cast<std::uint8_t>(i);
         EXPECT_EQ(hingeText(value), names[value]);
         std::uint8_t parsed = 0xCC;
         EXPECT_TRUE(hingeFromText(names[value], parsed));

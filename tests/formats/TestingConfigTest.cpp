@@ -119,6 +119,7 @@ TEST_F(TestingConfigTest, KeepsDefaultsIfFileIsMalformed) {
           "<TestingConfig>" + key + "<![CDATA[x]]></TestingConfig>",
           "<TestingConfig x='&#ABC;'>" + key + "</TestingConfig>",
           "<TestingConfig>" + key + "\xFF</TestingConfig>",
+          // NOLINTNEXTLINE(bugprone-string-constructor): the length is the point
           "<TestingConfig>" + key + std::string(20'000'000, ' ') + "</TestingConfig>"}) {
         testing::internal::CaptureStdout();
         const TestingConfig config = loaded(text);

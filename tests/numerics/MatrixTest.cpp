@@ -39,6 +39,8 @@ TEST(Matrix, CopiesAndMovesAtBothSidesOfTheInlineRoom) {
         EXPECT_EQ(copy, expected) << n;
         Matrix moved = std::move(copy);
         EXPECT_EQ(moved, expected) << n;
+        // That a moved-from matrix is empty is promised.
+        // NOLINTNEXTLINE(bugprone-use-after-move,clang-analyzer-cplusplus.Move)
         EXPECT_EQ(copy.rows() * copy.cols(), 0) << n;
         original = std::move(moved);
         EXPECT_EQ(original, expected) << n;

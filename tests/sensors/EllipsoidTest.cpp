@@ -276,7 +276,8 @@ TEST(FitEllipse, NamesTheConicsThatAreNone) {
         }),
         "Math Error: Parabola found, fit_ellipse: Did not locate an ellipse");
     std::vector<Vector> hyperbola;
-    for (double t = -2.0; t <= 2.0; t += 0.25) {
+    for (int i = -8; i <= 8; ++i) {
+        const double t = 0.25 * i;
         hyperbola.push_back({std::cosh(t), std::sinh(t)});
         hyperbola.push_back({-std::cosh(t), std::sinh(t)});
     }
