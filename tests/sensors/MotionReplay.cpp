@@ -35,9 +35,10 @@ bool MotionReplay::play(const simulator::Recording& recording) {
     process.buildStages();
     std::vector<std::pair<InertialSensor*, simulator::Row>> rows;
     // Of samples of the same time, that of the later sensor goes first.
-    for (auto sensor = sensors.rbegin(); sensor != sensors.rend(); ++sensor) {
-        for (const simulator::Row& row : recording.rows.at((*sensor)->getDisplayName())) {
-            rows.emplace_back(sensor->get(), row);
+    for (std::size_t i = sensors.size(); i > 0; --i) {
+        InertialSensor* const sensor = sensors[i - 1].get();
+        for (const simulator::Row& row : recording.rows.at(sensor->getDisplayName())) {
+            rows.emplace_back(sensor, row);
         }
     }
     std::stable_sort(rows.begin(), rows.end(),

@@ -37,7 +37,7 @@ double deviationOf(const std::vector<double>& values) {
         sum += value;
         squares += value * value;
     }
-    const double n = static_cast<double>(values.size());
+    const auto n = static_cast<double>(values.size());
     return std::sqrt(std::max(squares / n - (sum / n) * (sum / n), 0.0));
 }
 
