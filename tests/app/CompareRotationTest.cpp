@@ -8,9 +8,9 @@
 #include "numerics/NumericsTesting.h"
 #include "platform/Console.h"
 #include "sensors/Gyroscope.h"
-#include "sensors/MotionReplay.h"
+#include "support/MotionReplay.h"
 
-namespace tavocal::testing {
+namespace tavocal::test {
 
 namespace {
 
@@ -148,4 +148,4 @@ TEST(CompareRotationRecordingTest, AGyroscopeThatReadsTooMuchDisagrees) {
 
 }  // namespace
 
-}  // namespace tavocal::testing
+}  // namespace tavocal::test

@@ -9,10 +9,10 @@
 #include "base/Text.h"
 #include "formats/FormFactor.h"
 #include "sensors/Accelerometer.h"
-#include "sensors/MotionReplay.h"
 #include "sensors/SensorTypes.h"
+#include "support/MotionReplay.h"
 
-namespace tavocal::testing {
+namespace tavocal::test {
 
 namespace {
 
@@ -271,4 +271,4 @@ TEST(CrossSensorChecksTest, ASensorWithoutSamplesEndsTheChecks) {
 
 }  // namespace
 
-}  // namespace tavocal::testing
+}  // namespace tavocal::test

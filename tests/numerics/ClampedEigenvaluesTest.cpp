@@ -7,11 +7,11 @@
 namespace tavocal {
 namespace {
 
-using testing::kEpsilon;
-using testing::mathError;
-using testing::maxDifference;
-using testing::RandomNumbers;
-using testing::rotationMatrix;
+using test::kEpsilon;
+using test::mathError;
+using test::maxDifference;
+using test::RandomNumbers;
+using test::rotationMatrix;
 
 TEST(ClampedEigenvalues, FindsTheValuesThatTheMatrixWasMadeOf) {
     // With two equal values rounding carries the cosine of the solution to 1 and beyond.

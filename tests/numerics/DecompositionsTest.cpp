@@ -11,11 +11,11 @@
 namespace tavocal {
 namespace {
 
-using testing::kEpsilon;
-using testing::mathError;
-using testing::maxDifference;
-using testing::RandomNumbers;
-using testing::rotationMatrix;
+using test::kEpsilon;
+using test::mathError;
+using test::maxDifference;
+using test::RandomNumbers;
+using test::rotationMatrix;
 
 // A rotation whose first row has no small element, so that every column is an eigenvector in
 // reach of the closed form.

@@ -11,8 +11,8 @@
 namespace tavocal {
 namespace {
 
-using testing::kEpsilon;
-using testing::RandomNumbers;
+using test::kEpsilon;
+using test::RandomNumbers;
 
 constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();

@@ -13,11 +13,11 @@
 namespace tavocal {
 namespace {
 
-using testing::infinityNorm;
-using testing::kEpsilon;
-using testing::mathError;
-using testing::maxDifference;
-using testing::RandomNumbers;
+using test::infinityNorm;
+using test::kEpsilon;
+using test::mathError;
+using test::maxDifference;
+using test::RandomNumbers;
 
 // What rounding may leave of a * inverted = identity: n products in each element, and an error of
 // the inverse that grows with the condition number.

@@ -12,10 +12,10 @@
 namespace tavocal {
 namespace {
 
-using testing::kEpsilon;
-using testing::mathError;
-using testing::maxDifference;
-using testing::RandomNumbers;
+using test::kEpsilon;
+using test::mathError;
+using test::maxDifference;
+using test::RandomNumbers;
 
 constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
 

@@ -8,7 +8,7 @@
 namespace tavocal {
 namespace {
 
-using testing::RandomNumbers;
+using test::RandomNumbers;
 
 // Bit for bit: whoever holds the whole system gets the same sums.
 TEST(NormalEquations, SumLikeTheProductsOfTheWholeMatrices) {

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-namespace tavocal::testing {
+namespace tavocal::test {
 
 namespace {
 
@@ -88,4 +88,4 @@ double infinityNorm(const Matrix& a) {
     return largest;
 }
 
-}  // namespace tavocal::testing
+}  // namespace tavocal::test

@@ -8,7 +8,7 @@
 #include "numerics/Matrix.h"
 #include "numerics/Vector.h"
 
-namespace tavocal::testing {
+namespace tavocal::test {
 
 // Double rounding: the largest relative error of one operation is half of this.
 constexpr double kEpsilon = 2.220446049250313e-16;
@@ -50,4 +50,4 @@ std::string mathError(Operation operation) {
     return "no exception";
 }
 
-}  // namespace tavocal::testing
+}  // namespace tavocal::test

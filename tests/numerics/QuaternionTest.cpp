@@ -9,10 +9,10 @@
 namespace tavocal {
 namespace {
 
-using testing::kEpsilon;
-using testing::mathError;
-using testing::maxDifference;
-using testing::RandomNumbers;
+using test::kEpsilon;
+using test::mathError;
+using test::maxDifference;
+using test::RandomNumbers;
 
 // At the identity, where a series would switch branches, and far off.
 constexpr double kAngles[] = {0.0, 1e-300, 1e-8, 0.1, 1.0, 3.0, 3.141592653589793, 6.0};
@@ -44,9 +44,8 @@ TEST(Quaternion, TurnsLikeTheRotationMatrix) {
             for (const double scale : {1e-8, 1.0, 1e8}) {
                 const Vector v = random.vector(3, scale);
                 // Some twenty roundings of terms of up to 4 * scale.
-                EXPECT_LE(
-                    maxDifference(rotateByQuaternion(q, v), testing::rotationMatrix(turn) * v),
-                    20 * kEpsilon * scale)
+                EXPECT_LE(maxDifference(rotateByQuaternion(q, v), test::rotationMatrix(turn) * v),
+                          20 * kEpsilon * scale)
                     << "seed " << seed << " angle " << angle;
             }
         }

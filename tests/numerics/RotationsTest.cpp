@@ -10,11 +10,11 @@
 namespace tavocal {
 namespace {
 
-using testing::kEpsilon;
-using testing::mathError;
-using testing::maxDifference;
-using testing::RandomNumbers;
-using testing::rotationMatrix;
+using test::kEpsilon;
+using test::mathError;
+using test::maxDifference;
+using test::RandomNumbers;
+using test::rotationMatrix;
 
 constexpr double kPi = 3.141592653589793;
 

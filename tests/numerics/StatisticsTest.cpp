@@ -12,8 +12,8 @@
 namespace tavocal {
 namespace {
 
-using testing::kEpsilon;
-using testing::RandomNumbers;
+using test::kEpsilon;
+using test::RandomNumbers;
 
 constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
 

@@ -12,10 +12,10 @@
 namespace tavocal {
 namespace {
 
-using testing::kEpsilon;
-using testing::mathError;
-using testing::maxDifference;
-using testing::RandomNumbers;
+using test::kEpsilon;
+using test::mathError;
+using test::maxDifference;
+using test::RandomNumbers;
 
 constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
@@ -158,7 +158,7 @@ TEST(Vector, AngleBetweenIsTheTurnAtEveryScale) {
         const Vector a = random.unitVector();
         const Vector axis = normalized(vector3CrossProduct(a, random.unitVector()));
         for (const double angle : {0.001, 0.5, 1.5, 3.0}) {
-            const Vector b = testing::rotationMatrix(axis * angle) * a;
+            const Vector b = test::rotationMatrix(axis * angle) * a;
             for (const double scale : {1e-8, 1.0, 1e8}) {
                 // acos turns a rounding of the cosine into 1 / sin(angle) times as much.
                 const double tolerance = 10 * kEpsilon / std::sin(angle);

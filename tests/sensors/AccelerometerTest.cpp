@@ -6,8 +6,8 @@
 #include <limits>
 
 #include "base/Failures.h"
-#include "sensors/FakeRun.h"
 #include "sensors/InertialBlock.h"
+#include "support/FakeRun.h"
 
 namespace tavocal::test {
 

@@ -10,8 +10,8 @@
 #include "base/Logger.h"
 #include "base/Text.h"
 #include "sensors/LightRun.h"
+#include "support/XmlOutline.h"
 #include "xml/XmlElement.h"
-#include "xml/XmlOutline.h"
 
 namespace tavocal::test {
 namespace {
@@ -59,7 +59,7 @@ class AmbientLightTest : public testing::Test {
         return failure.empty() ? printed : failure;
     }
 
-    std::string reportOutline() { return testing_support::outline(*light->report.release()); }
+    std::string reportOutline() { return test::outline(*light->report.release()); }
 
     LightRun run;
     std::shared_ptr<AmbientLight> light = run.addSensor();

@@ -12,10 +12,10 @@
 namespace tavocal {
 namespace {
 
-using testing::mathError;
-using testing::maxDifference;
-using testing::RandomNumbers;
-using testing::rotationMatrix;
+using test::mathError;
+using test::maxDifference;
+using test::RandomNumbers;
+using test::rotationMatrix;
 
 using Samples = std::vector<Sample>;
 

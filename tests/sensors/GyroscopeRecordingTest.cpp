@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
 #include "sensors/Gyroscope.h"
-#include "sensors/MotionReplay.h"
+#include "support/MotionReplay.h"
 
-namespace tavocal::testing {
+namespace tavocal::test {
 
 namespace {
 
@@ -43,4 +43,4 @@ TEST(GyroscopeRecordingTest, ATurnThatIsNotMadeIsNotDetected) {
 
 }  // namespace
 
-}  // namespace tavocal::testing
+}  // namespace tavocal::test

@@ -12,11 +12,11 @@
 #include "numerics/NumericsTesting.h"
 #include "platform/Console.h"
 #include "sensors/InertialBlock.h"
-#include "sensors/MotionReplay.h"
 #include "sensors/SensorTypes.h"
 #include "simulator/SensorFrame.h"
+#include "support/MotionReplay.h"
 
-namespace tavocal::testing {
+namespace tavocal::test {
 
 namespace {
 
@@ -402,4 +402,4 @@ TEST_F(GyroscopeTest, AFailedMotionSaysWhatToCheck) {
 
 }  // namespace
 
-}  // namespace tavocal::testing
+}  // namespace tavocal::test

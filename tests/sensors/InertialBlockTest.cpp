@@ -7,7 +7,7 @@
 
 #include "base/Failures.h"
 #include "sensors/Accelerometer.h"
-#include "sensors/FakeRun.h"
+#include "support/FakeRun.h"
 
 namespace tavocal::test {
 

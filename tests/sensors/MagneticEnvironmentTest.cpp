@@ -11,12 +11,12 @@
 #include "base/Logger.h"
 #include "base/Text.h"
 #include "numerics/NumericsTesting.h"
-#include "sensors/FakeRun.h"
 #include "sensors/Magnetometer.h"
-#include "sensors/MotionReplay.h"
 #include "sensors/SensorTypes.h"
+#include "support/FakeRun.h"
+#include "support/MotionReplay.h"
 
-namespace tavocal::testing {
+namespace tavocal::test {
 namespace {
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
@@ -375,4 +375,4 @@ TEST(MagneticEnvironmentRun, TellsAGoodPlaceFromABadOne) {
 }
 
 }  // namespace
-}  // namespace tavocal::testing
+}  // namespace tavocal::test

@@ -7,10 +7,10 @@
 #include "numerics/MatrixInverse.h"
 #include "numerics/NumericsTesting.h"
 #include "sensors/Magnetometer.h"
-#include "sensors/MotionReplay.h"
+#include "support/MotionReplay.h"
 
 // Calibrations of recordings whose truth is known.
-namespace tavocal::testing {
+namespace tavocal::test {
 namespace {
 
 constexpr double kDegree = 3.141592653589793 / 180.0;
@@ -139,4 +139,4 @@ TEST(MagnetometerRun, FindsTheStagesByItself) {
 }
 
 }  // namespace
-}  // namespace tavocal::testing
+}  // namespace tavocal::test

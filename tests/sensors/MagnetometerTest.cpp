@@ -11,11 +11,11 @@
 #include "formats/FormFactor.h"
 #include "numerics/NumericsTesting.h"
 #include "sensors/Ellipsoid.h"
-#include "sensors/FakeRun.h"
-#include "sensors/MotionReplay.h"
 #include "sensors/SensorTypes.h"
+#include "support/FakeRun.h"
+#include "support/MotionReplay.h"
 
-namespace tavocal::testing {
+namespace tavocal::test {
 namespace {
 
 using test::FakeRun;
@@ -304,4 +304,4 @@ TEST(Magnetometer, SearchDipNeverTriesTheUpperEnd) {
 }
 
 }  // namespace
-}  // namespace tavocal::testing
+}  // namespace tavocal::test

@@ -12,12 +12,12 @@
 #include "numerics/NumericsTesting.h"
 #include "platform/Console.h"
 #include "sensors/Ellipsoid.h"
-#include "sensors/FakeRun.h"
 #include "sensors/Magnetometer.h"
-#include "sensors/MotionReplay.h"
 #include "sensors/SensorTypes.h"
+#include "support/FakeRun.h"
+#include "support/MotionReplay.h"
 
-namespace tavocal::testing {
+namespace tavocal::test {
 namespace {
 
 constexpr double kDegree = 3.141592653589793 / 180.0;
@@ -298,4 +298,4 @@ TEST(MagnetometerAccuracyRun, TellsGoodSensorsFromBadOnes) {
 }
 
 }  // namespace
-}  // namespace tavocal::testing
+}  // namespace tavocal::test

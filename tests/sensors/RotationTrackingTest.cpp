@@ -6,9 +6,9 @@
 
 #include "base/Failures.h"
 #include "numerics/NumericsTesting.h"
-#include "sensors/MotionReplay.h"
+#include "support/MotionReplay.h"
 
-namespace tavocal::testing {
+namespace tavocal::test {
 
 namespace {
 
@@ -105,4 +105,4 @@ TEST_F(RotationTrackingTest, AFirstSampleOfTheGyroscopeTellsNoTurn) {
 
 }  // namespace
 
-}  // namespace tavocal::testing
+}  // namespace tavocal::test

@@ -9,7 +9,7 @@
 #include "numerics/NumericsTesting.h"
 #include "sensors/Ellipsoid.h"
 
-namespace tavocal::testing {
+namespace tavocal::test {
 namespace {
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
@@ -68,4 +68,4 @@ TEST(RotationAxis, OfNothingHasNoInverse) {
 }
 
 }  // namespace
-}  // namespace tavocal::testing
+}  // namespace tavocal::test

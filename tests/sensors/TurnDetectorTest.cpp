@@ -11,7 +11,7 @@
 namespace tavocal {
 namespace {
 
-using testing::RandomNumbers;
+using test::RandomNumbers;
 
 using Samples = std::vector<Sample>;
 

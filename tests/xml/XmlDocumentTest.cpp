@@ -6,11 +6,11 @@
 
 #include "platform/Files.h"
 #include "support/TempFolder.h"
+#include "support/XmlOutline.h"
 #include "xml/XmlAttribute.h"
 #include "xml/XmlComment.h"
 #include "xml/XmlDeclaration.h"
 #include "xml/XmlElement.h"
-#include "xml/XmlOutline.h"
 #include "xml/XmlText.h"
 
 namespace tavocal {
@@ -76,13 +76,13 @@ TEST_F(XmlDocumentTest, RoundTripsThroughFile) {
         "</Tavo>\r\n";
     ASSERT_EQ(platform::writeFile(path, text), "");
     ASSERT_EQ(document.load(path), XmlResult::Success);
-    const std::string first = testing_support::outline(document);
+    const std::string first = test::outline(document);
     EXPECT_EQ(first,
               "?xml|version=\"1.0\" encoding=\"UTF-8\"? "
               "Tavo(Sensor[Flags=2 Name=\xC3\xA9](!two\nlines! Offset('-40') Empty))");
     ASSERT_EQ(document.save(path), XmlResult::Success);
     ASSERT_EQ(document.load(path), XmlResult::Success);
-    EXPECT_EQ(testing_support::outline(document), first);
+    EXPECT_EQ(test::outline(document), first);
 }
 
 TEST_F(XmlDocumentTest, PrintsEmptyElementShort) {
@@ -103,7 +103,7 @@ TEST_F(XmlDocumentTest, ReportsPathsThatFail) {
 TEST_F(XmlDocumentTest, DropsWhatItHeldWhenLoadedAgain) {
     ASSERT_EQ(document.loadBytes("<a>text</a>"), XmlResult::Success);
     ASSERT_EQ(document.loadBytes("<b>u</b>"), XmlResult::Success);
-    EXPECT_EQ(testing_support::outline(document), "b('u')");
+    EXPECT_EQ(test::outline(document), "b('u')");
     EXPECT_EQ(document.innerText(), L"u");
     EXPECT_EQ(document.innerXml(), L"<b>u</b>");
 
@@ -128,7 +128,7 @@ TEST_F(XmlDocumentTest, RefusesTextThatIsNotUtf8) {
 TEST_F(XmlDocumentTest, LeavesBrokenReferenceToTheCaller) {
     EXPECT_THROW(static_cast<void>(document.loadBytes("<b/><a c='&#ABC;'/>")),
                  std::invalid_argument);
-    EXPECT_EQ(testing_support::outline(document), "b");
+    EXPECT_EQ(test::outline(document), "b");
 }
 
 TEST(XmlElementTest, SetsAttributesIgnoringCase) {

@@ -3,12 +3,12 @@
 #include <string>
 
 #include "base/Text.h"
+#include "support/XmlOutline.h"
 #include "xml/XmlComment.h"
 #include "xml/XmlCursor.h"
 #include "xml/XmlDeclaration.h"
 #include "xml/XmlDocument.h"
 #include "xml/XmlElement.h"
-#include "xml/XmlOutline.h"
 
 namespace tavocal {
 namespace {
@@ -21,7 +21,7 @@ struct ParseCase {
 class XmlParserTable : public testing::TestWithParam<ParseCase> {};
 
 TEST_P(XmlParserTable, GivesTree) {
-    EXPECT_EQ(testing_support::outlineOf(GetParam().text), GetParam().outline) << GetParam().text;
+    EXPECT_EQ(test::outlineOf(GetParam().text), GetParam().outline) << GetParam().text;
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -1,13 +1,13 @@
-#include "sensors/MotionReplay.h"
+#include "support/MotionReplay.h"
 
 #include <algorithm>
 
 #include "base/Text.h"
 #include "sensors/SensorTypes.h"
+#include "support/XmlOutline.h"
 #include "xml/XmlElement.h"
-#include "xml/XmlOutline.h"
 
-namespace tavocal::testing {
+namespace tavocal::test {
 
 std::shared_ptr<InertialSensor> makeNamedSensor(const std::string& displayName) {
     LUID luid;
@@ -69,7 +69,7 @@ Sample sampleOf(const simulator::Row& row) {
 
 std::string reportOf(Sensor& sensor) {
     const std::unique_ptr<XmlElement> element = sensor.report.release();
-    return element == nullptr ? "" : testing_support::outline(*element);
+    return element == nullptr ? "" : test::outline(*element);
 }
 
-}  // namespace tavocal::testing
+}  // namespace tavocal::test

@@ -8,7 +8,8 @@
 
 namespace tavocal::test {
 
-// A run that says what a test wants it to say.
+// A run that says what a test wants it to say; no sampling stands behind it. It must outlive the
+// sensors that it is given to.
 class FakeRun : public RunContext {
   public:
     explicit FakeRun(FlowType flow, RunCommand command = RunCommand::Calibrate)

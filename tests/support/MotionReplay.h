@@ -10,7 +10,7 @@
 #include "sensors/RunContext.h"
 #include "simulator/Recording.h"
 
-namespace tavocal::testing {
+namespace tavocal::test {
 
 // "Accelerometer", "Gyroscope" or "Magnetometer", with "_2" behind it for the secondary one; a
 // static sensor.
@@ -52,4 +52,4 @@ Sample sampleOf(const simulator::Row& row);
 // afterwards.
 std::string reportOf(Sensor& sensor);
 
-}  // namespace tavocal::testing
+}  // namespace tavocal::test

@@ -1,11 +1,11 @@
-#include "xml/XmlOutline.h"
+#include "support/XmlOutline.h"
 
 #include "base/Text.h"
 #include "xml/XmlAttribute.h"
 #include "xml/XmlDocument.h"
 #include "xml/XmlElement.h"
 
-namespace tavocal::testing_support {
+namespace tavocal::test {
 
 namespace {
 
@@ -59,4 +59,4 @@ std::string outlineOf(const std::string& text) {
     return (result == XmlResult::Success ? "" : code + ": ") + outline(document);
 }
 
-}  // namespace tavocal::testing_support
+}  // namespace tavocal::test
