@@ -18,6 +18,9 @@ ToolResult runTavocal(const std::string& folder, const std::vector<std::string>&
 ToolResult runLive(const std::string& folder, const std::vector<std::string>& device,
                    const std::vector<std::string>& arguments);
 
+// Runs the built simulator with these arguments in `folder`.
+ToolResult runSimulator(const std::string& folder, const std::vector<std::string>& arguments);
+
 // The part of `text` from `begin` on; empty if it isn't there.
 std::string from(const std::string& text, const std::string& begin);
 

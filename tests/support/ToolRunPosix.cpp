@@ -2,6 +2,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 
 #include "support/ToolRun.h"
@@ -72,6 +73,17 @@ ToolResult runLive(const std::string& folder, const std::vector<std::string>& de
     words.insert(words.end(), device.begin(), device.end());
     words.insert(words.end(), {"--", TAVOCAL_PROGRAM});
     words.insert(words.end(), arguments.begin(), arguments.end());
+    return runTool(folder, words);
+}
+
+// A program behind "--" is the tool.
+ToolResult runSimulator(const std::string& folder, const std::vector<std::string>& arguments) {
+    std::vector<std::string> words = {TAVOSIM_PROGRAM};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    const auto separator = std::find(words.begin(), words.end(), "--");
+    if (separator != words.end() && separator + 1 != words.end() && separator[1] == "tavocal") {
+        separator[1] = TAVOCAL_PROGRAM;
+    }
     return runTool(folder, words);
 }
 
