@@ -125,6 +125,7 @@ class Workshop:
         self.jobs = str(jobs)
 
     def prepare(self):
+        subprocess.run([ROOT / "scripts" / "setup.sh"], check=True)
         shutil.rmtree(self.root, ignore_errors=True)
         listed = subprocess.run(["git", "ls-files", "-co", "--exclude-standard", "-z"], cwd=ROOT,
                                 stdout=subprocess.PIPE, check=True).stdout.decode().split("\0")

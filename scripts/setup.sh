@@ -1,7 +1,10 @@
 #!/usr/bin/env bash
 # Installs what the build and the tests need, with apt-get. What is there stays as it is, and with
-# everything there nothing is run and no rights are needed.
+# everything there nothing is run and no rights are needed. Programs that are wanted besides, in
+# packages of the same name, are arguments: scripts/setup.sh gcovr
 set -euo pipefail
+
+besides=("$@")
 
 has_gtest() {
     echo '#include <gtest/gtest.h>' | g++ -E -x c++ - >/dev/null 2>&1
@@ -12,6 +15,9 @@ missing_packages() {
     command -v cmake >/dev/null || echo cmake
     command -v ninja >/dev/null || echo ninja-build
     has_gtest || echo libgtest-dev
+    for program in "${besides[@]}"; do
+        command -v "$program" >/dev/null || echo "$program"
+    done
 }
 
 fail() {
