@@ -109,55 +109,10 @@ TEST_F(MagnetometerScript, FindsHardAndSoftIronMountingAndDip) {
         EXPECT_NEAR(norm(sensor->expectedRow(2)), field * undone[0][0], 1e-3);
         EXPECT_EQ(sensor->calibrationToWrite.size(), 40U);
     }
-}
-
-// Each limit of the gate that a run can be brought to by itself.
-TEST_F(MagnetometerScript, WhatLiesOutsideTheLimitsIsRefused) {
-    struct Row {
-        Matrix distortion;
-        Vector offset;
-        double field;
-        double noise;
-        std::string parameter;  // "" for a row that passes
-        std::string reason;
-    };
-    const Matrix one = identity(3);
-    // Along axes that lie a little aside.
-    const auto gains = [](double x, double y, double z) {
-        const Matrix tilt = rotationMatrix({0.1, 0.1, 0.1});
-        return transpose(tilt) * diagonal({1.0 / x, 1.0 / y, 1.0 / z}) * tilt;
-    };
-    const auto aboutZ = [](double degrees) { return rotationMatrix({0, 0, degrees * kDegree}); };
-    const Vector none(3);
-    for (const Row& r : {
-             Row{one, {9990, 0, 0}, 480, 0, "", ""},
-             Row{one, {0, -10010, 0}, 480, 0, "Offset1", "Calculated offset is too high."},
-             Row{gains(1.99, 0.54, 0.47), none, 480, 0, "", ""},
-             Row{gains(2.01, 0.53, 0.46), none, 480, 0, "Scale", "Calculated scale is too high."},
-             Row{aboutZ(-19.9), none, 480, 0, "", ""},
-             Row{aboutZ(20.1), none, 480, 0, "Rotation", "Calculated rotation is too high."},
-             Row{one, none, 251, 0, "", ""},
-             Row{one, none, 249, 0, "norm variance", "Calculated norm value is too low."},
-             Row{one, none, 649, 0, "", ""},
-             Row{one, none, 651, 0, "norm variance", "Calculated norm value is too high."},
-             Row{one, none, 480, 14.9, "", ""},
-             Row{one, none, 480, 15.1, "White Noise", "Calculated white noise is too high."},
-         }) {
-        distortion = r.distortion;
-        offset = r.offset;
-        field = r.field;
-        noise = r.noise;
-        script();
-        const std::string start = "Calibration failed for sensor Magnetometer. Reason: ";
-        EXPECT_EQ(failure(), r.reason.empty() ? kNoFailure : start + r.reason + "\n");
-        EXPECT_EQ(sensor->calibrationToWrite.empty(), !r.reason.empty());
-        EXPECT_TRUE(contains(reportOf(*sensor), r.parameter.empty()
-                                                    ? " Success=true"
-                                                    : " FailureParameter=" + r.parameter + "]"));
-    }
-    dip = -60.0 * kDegree;  // turns the axes round
+    dip = -60.0 * kDegree;  // turns the axes round, which the gate doesn't let through
     script();
     EXPECT_TRUE(contains(failure(), "Expected error vs calibrated is too high.\n"));
+    EXPECT_TRUE(sensor->calibrationToWrite.empty());
 }
 
 TEST_F(MagnetometerScript, NoiseSpacesTheCloud) {
