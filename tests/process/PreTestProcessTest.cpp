@@ -2,13 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
-
 #include "numerics/Sample.h"
 #include "sensors/Sensor.h"
 #include "sensors/SensorTypes.h"
-#include "support/Outcome.h"
-#include "support/TempFolder.h"
 
 namespace tavocal::test {
 namespace {
@@ -19,6 +15,7 @@ TEST(PreTestProcess, LeadsThroughThreeTurnsAndAWalk) {
     EXPECT_EQ(process.runType, RunCommand::MagEnvironmentTest);
     EXPECT_EQ(process.segmentTimes, std::vector<double>(8, 0.0));
     EXPECT_TRUE(process.isUserPaced());
+    EXPECT_TRUE(process.needsUserInput());
     for (const char* prompt :
          {"Slowly rotate the device 360 degrees around X axis\n"
           "Press Enter to signal start and finish",
@@ -30,19 +27,6 @@ TEST(PreTestProcess, LeadsThroughThreeTurnsAndAWalk) {
         EXPECT_EQ(process.getInstructions(process.currentStep > 0), prompt);
         EXPECT_EQ(process.isThreeRotationsStage(), process.currentStep == 2);
         ++process.currentStep;
-    }
-}
-
-TEST(PreTestProcess, WaitsForOneKeyBeforeTheRun) {
-    const TempFolder folder;
-    // The second operator has closed the input.
-    for (const char* typed : {"\n", ""}) {
-        ASSERT_NE(std::freopen(folder.write("typed.txt", typed).c_str(), "rb", stdin), nullptr);
-        PreTestProcess process;
-        EXPECT_TRUE(process.needsUserInput());
-        EXPECT_EQ(printedBy([&] { EXPECT_EQ(process.readUserInput(), ""); }),
-                  "User pressed for signal start...\n");
-        EXPECT_FALSE(process.needsUserInput());
     }
 }
 

@@ -103,14 +103,13 @@ TEST_F(AmbientLightTest, MeanAndDeviationOfARange) {
     EXPECT_EQ(light->sampleMean(2, 4), 100.0);
     EXPECT_EQ(light->sampleStdDev(2, 4), 1.0);
     EXPECT_EQ(light->sampleMean(5, 1), 101.0);
-    for (const auto& [start, count] : {std::pair<std::int64_t, std::int64_t>(0, 0),
-                                       {-1, 2},
-                                       {1, 6},
-                                       {2, -1},
-                                       {LLONG_MAX, 1},
-                                       {1, LLONG_MAX}}) {
-        const auto mean = [&, s = start, c = count] { light->sampleStdDev(s, c); };
-        EXPECT_EQ(failureOf(mean), kInternal) << start << " " << count;
+    struct Range {
+        std::int64_t start;
+        std::int64_t count;
+    };
+    for (const Range& r : {Range{0, 0}, Range{-1, 2}, Range{1, 6}, Range{2, -1},
+                           Range{LLONG_MAX, 1}, Range{1, LLONG_MAX}}) {
+        EXPECT_EQ(failureOf([&] { light->sampleStdDev(r.start, r.count); }), kInternal) << r.start;
     }
 }
 
@@ -240,19 +239,21 @@ TEST_F(AmbientLightTest, ValidatesBlocks) {
 }
 
 TEST_F(AmbientLightTest, UndoesTheFirmwaresScale) {
-    for (const auto& [low, high, divider, factor] :
-         {std::tuple<std::uint8_t, std::uint8_t, std::uint8_t, double>(250, 0, 100, 0.4),
-          {250, 0, 0, 0.004},
-          {0, 1, 1, 1.0 / 256},
-          {0, 0, 100, 1.0}}) {
+    struct Row {
+        std::uint8_t low, high, divider;
+        double factor;
+    };
+    for (const Row& r : {Row{250, 0, 100, 0.4}, Row{250, 0, 0, 0.004}, Row{0, 1, 1, 1.0 / 256},
+                         Row{0, 0, 100, 1.0}}) {
         begin();
-        light->setCalibrationData(
-            {1, 0, low, high, divider, 3, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
+        CalibrationBlock block{1, 0, r.low, r.high, r.divider, 3};
+        block.resize(18);
+        light->setCalibrationData(block);
         light->calcReverseSdt();
         Sample sample{0.0, Vector{1000.0, 1.0}};
         light->reverseStaticCalibration(sample);
-        EXPECT_DOUBLE_EQ(sample.values[0], 1000.0 * factor);
-        EXPECT_DOUBLE_EQ(sample.values[1], factor);
+        EXPECT_DOUBLE_EQ(sample.values[0], 1000.0 * r.factor);
+        EXPECT_DOUBLE_EQ(sample.values[1], r.factor);
     }
     const auto reverse = [this] { light->calcReverseSdt(); };
     begin();

@@ -67,7 +67,8 @@ TEST_F(MagneticEnvironmentTest, ATurnSwingsFarAndComesBack) {
           Row{{500, 300, 10}, {99.9, -99.9, 99.9}, true, 2},
           Row{{500, kNaN, 10}, {0, 0, 0}, false, 2},
           Row{{500, 300, -INFINITY}, {0, 0, 0}, false, 1},
-          Row{{500, 300, 10}, {kNaN, 0, 0}, false, 2}}) {
+          Row{{500, 300, 10}, {kNaN, 0, 0}, false, 2}, Row{{350, 300, 10}, {-51, 0, 0}, true, 2},
+          Row{ones3() * kNaN, {0, 0, 0}, false, 0}}) {
         begin();
         for (const Vector& value : {Vector(3), row.middle, row.end}) {
             add(value);
@@ -84,6 +85,8 @@ TEST_F(MagneticEnvironmentTest, TheThreeTurnsGoAboutThreeAxesInAnyOrder) {
         return sensor->checkMagPreTest_threeRotations({turn(first), turn(second), turn(third)});
     };
     EXPECT_TRUE(check(1, 2, 0));
+    sensor->bufferedData[0].values[0] = kNaN;
+    EXPECT_FALSE(sensor->checkMagPreTest_threeRotations({121, 242, 363}));
     for (int axis = 0; axis < 3; ++axis) {
         EXPECT_FALSE(check(axis, axis, (axis + 1) % 3));
         EXPECT_TRUE(check((axis + 1) % 3, (axis + 2) % 3, axis));
@@ -119,19 +122,19 @@ TEST_F(MagneticEnvironmentTest, ATurnMustLieInsideTheSamples) {
 TEST_F(MagneticEnvironmentTest, TheWalkEndsNearItsStartButNotInIt) {
     EXPECT_EQ(failureOf([this] { sensor->checkMagPreTest_translation(); }), kNoWalk);
     sensor->environment.fitDone = true;
-    for (const auto& [end, passes] : {std::pair<Vector, bool>({0, 10, 0}, false),
-                                      {{0, -10.1, 0}, true},
-                                      {{6, 0, 8.1}, true},
-                                      {{0, 0, 39.9}, true},
-                                      {{0, 0, -40}, false},
-                                      {{24, 32, 0}, false},
-                                      {{kNaN, 20, 0}, false},
-                                      {{-INFINITY, 20, 0}, false}}) {
+    const auto endsAt = [this](const Vector& change) {
         sensor->environment.bufferedData_testPhase.clear();
-        for (const Vector& change : {Vector(3), Vector{700, 700, 700}, end}) {
-            add(offset + change);
+        for (const Vector& way : {Vector(3), Vector{700, 700, 700}, change}) {
+            add(offset + way);
         }
-        EXPECT_EQ(sensor->checkMagPreTest_translation(), passes) << end[1] << " " << end[2];
+        return sensor->checkMagPreTest_translation();
+    };
+    for (const Vector& near : {Vector{0, -10.1, 0}, Vector{6, 0, 8.1}, Vector{0, 0, 39.9}}) {
+        EXPECT_TRUE(endsAt(near)) << near[1];
+    }
+    for (const Vector& wrong : {Vector{0, 10, 0}, Vector{0, 0, -40}, Vector{24, 32, 0},
+                                Vector{kNaN, 20, 0}, Vector{-INFINITY, 20, 0}}) {
+        EXPECT_FALSE(endsAt(wrong)) << wrong[1];
     }
 }
 
@@ -146,24 +149,21 @@ TEST_F(MagneticEnvironmentTest, TheFitSplitsThePhasesAndGivesTheDipAngles) {
         }
     }
     EXPECT_EQ(fitFailure(), kNoFailure);
-    for (const auto& [value, angle] : {std::pair<Vector, double>({0, 0, 400}, 0),
-                                       {{0, 500, 0}, 90},
-                                       {{300, 0, 400}, 45},
-                                       {{0, 50, -40}, 135}}) {
+    for (const Vector& value : {Vector{0, 0, 400}, Vector{300, 0, 400}, Vector{0, 50, -40}}) {
         add(value);
-        EXPECT_NEAR(sensor->environment.dipAngles.back(), angle, 1e-5);
     }
+    const std::vector<double> angles = sensor->environment.dipAngles;
+    EXPECT_LT(maxDifference({angles.at(0), angles.at(1), angles.at(2)}, {0, 45, 135}), 1e-5);
     EXPECT_EQ(sensor->bufferedData.size(), 14U);
-    EXPECT_EQ(sensor->environment.bufferedData_testPhase.size(), 4U);
-    EXPECT_EQ(sensor->environment.dipAngles.size(), 4U);
+    EXPECT_EQ(sensor->environment.bufferedData_testPhase.size(), angles.size());
 }
 
 TEST_F(MagneticEnvironmentTest, ARoughCloudFails) {
     for (const auto& [error, passes] : {std::pair(0.0495, true), {0.0505, false}}) {
         begin();
-        for (const int axis : {0, 1, 2}) {
-            turn(axis, error);
-        }
+        turn(0, error);
+        turn(1, error);
+        turn(2, error);
         EXPECT_EQ(fitFailure(), passes ? kNoFailure : kNotGood + "ellipsoid error is too high");
         EXPECT_EQ(sensor->environment.fitDone, passes);
         const std::string report = reportOf(*sensor);
@@ -178,13 +178,10 @@ TEST_F(MagneticEnvironmentTest, ARoughCloudFails) {
 }
 
 TEST_F(MagneticEnvironmentTest, CloudsThatAreNoEllipsoidFail) {
-    const std::string start =
-        "Sensor[LUID=020f000000000002 Type=Magnetometer SamplingUnit=milliGauss Success=false "
-        "IsPrimary=true](";
-    const std::string none = "Magnetic_Environment_Test[FailureParameter=Ellipsoid])";
     EXPECT_EQ(printedBy([&] { EXPECT_EQ(fitFailure(), kNoFit); }),  // no samples
               "[ERROR]: Math exception was thrown when try to calc ellipsoid error\n");
-    EXPECT_EQ(reportOf(*sensor), start + none);
+    const std::string node = "](Magnetic_Environment_Test[FailureParameter=Ellipsoid])";
+    EXPECT_TRUE(contains(reportOf(*sensor), " Success=false IsPrimary=true" + node));
     for (const double width : {0.0, kNaN, 400.0}) {  // the last one is a hyperboloid
         begin();
         for (int i = 0; i < 300; ++i) {
@@ -226,14 +223,11 @@ TEST_F(MagneticEnvironmentTest, JudgesSpreadThenRange) {
         begin();
         sensor->environment.dipAngles = r.angles;
         EXPECT_EQ(failureOf([this] { sensor->evaluateMagEnvironment(); }), r.failure);
-        EXPECT_EQ(reportOf(*sensor),
-                  "Sensor[LUID=020f000000000002 Type=Magnetometer SamplingUnit=milliGauss " +
-                      r.attributes +
-                      "](!the standard deviation of the dip angles! Dip Angle STD(Values('" +
-                      r.spread + "'))" +
-                      (r.range.empty() ? ")"
-                                       : " !the range of the dip angles! Dip Angle Range(Values('" +
-                                             r.range + "')))"));
+        const std::string range = " !the range of the dip angles! Dip Angle Range(Values('";
+        const std::string items =
+            "](!the standard deviation of the dip angles! Dip Angle STD(Values('" + r.spread +
+            "'))" + (r.range.empty() ? "" : range + r.range + "'))") + ")";
+        EXPECT_TRUE(contains(reportOf(*sensor), " " + r.attributes + items)) << r.attributes;
     }
     begin();
     EXPECT_EQ(failureOf([this] { sensor->evaluateMagEnvironment(); }), kNoWalk);
