@@ -177,21 +177,12 @@ TEST_F(MagneticEnvironmentTest, ARoughCloudFails) {
     EXPECT_NE(fitFailure(), kNoFailure);
 }
 
-TEST_F(MagneticEnvironmentTest, CloudsThatAreNoEllipsoidFail) {
+TEST_F(MagneticEnvironmentTest, WithoutAFitTheFieldIsToBlame) {
     EXPECT_EQ(printedBy([&] { EXPECT_EQ(fitFailure(), kNoFit); }),  // no samples
               "[ERROR]: Math exception was thrown when try to calc ellipsoid error\n");
+    EXPECT_FALSE(sensor->environment.fitDone);
     const std::string node = "](Magnetic_Environment_Test[FailureParameter=Ellipsoid])";
     EXPECT_TRUE(contains(reportOf(*sensor), " Success=false IsPrimary=true" + node));
-    for (const double width : {0.0, kNaN, 400.0}) {  // the last one is a hyperboloid
-        begin();
-        for (int i = 0; i < 300; ++i) {
-            const double z = 0.02 * (i - 150);
-            const double r = std::sqrt(1.0 + z * z);
-            add(Vector{r * std::cos(0.7 * i), r * std::sin(0.7 * i), z} * width);
-        }
-        printedBy([&] { EXPECT_NE(fitFailure(), kNoFailure) << width; });
-        EXPECT_FALSE(sensor->environment.fitDone);
-    }
 }
 
 // ---- The verdict ----
