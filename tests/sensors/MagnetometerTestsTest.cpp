@@ -95,8 +95,8 @@ TEST_F(MagnetometerTestsTest, EachLimitIsTheConfigurations) {
         {four, angle, 15, turns, {20, 110, 200, 290}, {-1, 0, 0, 0}},
         {north, angle, 15, compass, {0, 90, 180, 270}, {0, 0, 0, 1}},
         {north, angle, 15, compass, {0, 90, 180, 270}, {-1, 0, 0, 0}},
-        {"Magnet scale test", ratio, 0.15, round, {1, 1}, {0, 1}},
-        {"Magnet scale test", ratio, 0.15, round, {1, 1}, {0, -1}},
+        {"Magnet scale test", ratio, 0.15, round, {100, 100}, {0, 100}},
+        {"Magnet scale test", ratio, 0.15, round, {100, 100}, {0, -100}},
     };
     for (const Row& r : rows) {
         SCOPED_TRACE(r.label);
@@ -131,11 +131,13 @@ TEST_F(MagnetometerTestsTest, HeadingsAreThoseOfTheSimulatedDevice) {
         sensor->stageMeans = Matrix(5, 3);
         const Matrix readings = mounting.readings(simulator::Flow::MagAccuracy, 480.0, 60.0);
         for (int i = 0; i < 5; ++i) {
-            sensor->stageMeans.setRow(i, row(readings, i % 4) + center);
+            // In the middle between two stops.
+            const Vector between = row(readings, i % 4) + row(readings, (i + 1) % 4);
+            sensor->stageMeans.setRow(i, between + center);
         }
         for (run.stages = 3; run.stages <= 5; ++run.stages) {
             EXPECT_LT(maxDifference(calcHeadings(*sensor, center),
-                                    {0.0, 90.0, 180.0, run.stages == 3 ? 0.0 : 270.0}),
+                                    {45.0, 135.0, 225.0, run.stages == 3 ? 0.0 : 315.0}),
                       1e-9);
         }
     }
