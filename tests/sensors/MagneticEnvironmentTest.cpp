@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "base/Logger.h"
 #include "base/Text.h"
 #include "numerics/NumericsTesting.h"
 #include "support/Angles.h"
@@ -96,6 +97,13 @@ TEST_F(MagneticEnvironmentTest, TheThreeTurnsGoAboutThreeAxesInAnyOrder) {
             sensor->bufferedData[i].values[axis] = 0.0;
         }
         EXPECT_FALSE(sensor->checkMagPreTest_threeRotations({121, 242, 363}));
+    }
+    const std::size_t mark = Logger::instance().text().size();
+    EXPECT_FALSE(check(0, 1, 0));
+    const std::string log = Logger::instance().text().substr(mark);
+    for (const char* line : {"rotation1_followed: 1\n", "rotation3_followed: 1\n",
+                             "axis1_rotated: 1\n", "axis3_rotated: 0\n"}) {
+        EXPECT_TRUE(contains(log, line)) << line;
     }
 }
 
