@@ -2,58 +2,23 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
-
 #include "numerics/Sample.h"
-#include "platform/Console.h"
 #include "sensors/Sensor.h"
 #include "sensors/SensorTypes.h"
-#include "support/TempFolder.h"
 
 namespace tavocal::test {
 namespace {
 
-TEST(PreTestProcess, LeadsThroughThreeTurnsAndAWalk) {
-    struct Step {
-        const char* prompt;
-        bool threeRotations;
-    };
-    const Step steps[] = {
-        {"Slowly rotate the device 360 degrees around X axis\n"
-         "Press Enter to signal start and finish",
-         false},
-        {"Slowly rotate the device 360 degrees around Y axis\nPress Enter when done", false},
-        {"Slowly rotate the device 360 degrees around Z axis\nPress Enter when done", true},
-        {"Slowly move the device in a rectangle, keeping the same heading all the time\n"
-         "Press Enter when done",
-         false}};
+TEST(PreTestProcess, ClosesTheTurnsInItsThirdStep) {
     PreTestProcess process;
     EXPECT_EQ(process.stageCount, 4);
     EXPECT_EQ(process.runType, RunCommand::MagEnvironmentTest);
     EXPECT_EQ(process.segmentTimes, std::vector<double>(8, 0.0));
     EXPECT_TRUE(process.isUserPaced());
-    EXPECT_FALSE(process.isThreeRotationsStage());
-    for (const Step& step : steps) {
-        EXPECT_EQ(process.getInstructions(process.currentStep > 0), step.prompt);
-        EXPECT_EQ(process.isThreeRotationsStage(), step.threeRotations);
-        ++process.currentStep;
-    }
-    // A second process in the same program says the same.
-    EXPECT_EQ(PreTestProcess().getInstructions(true), steps[0].prompt);
-}
-
-TEST(PreTestProcess, WaitsForOneKeyBeforeTheRun) {
-    const TempFolder folder;
-    // The second operator has closed the input.
-    for (const char* typed : {"\n", ""}) {
-        ASSERT_NE(std::freopen(folder.write("typed.txt", typed).c_str(), "rb", stdin), nullptr);
-        PreTestProcess process;
-        EXPECT_TRUE(process.needsUserInput());
-        testing::internal::CaptureStdout();
-        EXPECT_EQ(process.readUserInput(), "");
-        platform::Console::instance().flush();
-        EXPECT_EQ(testing::internal::GetCapturedStdout(), "User pressed for signal start...\n");
-        EXPECT_FALSE(process.needsUserInput());
+    EXPECT_TRUE(process.needsUserInput());
+    for (; process.currentStep < 4; ++process.currentStep) {
+        process.getInstructions(false);
+        EXPECT_EQ(process.isThreeRotationsStage(), process.currentStep == 2);
     }
 }
 
@@ -68,10 +33,6 @@ TEST(PreTestProcess, WatchesTheMagnetometerOfferedLast) {
     EXPECT_TRUE(process.setStageIndicator(second));
     EXPECT_FALSE(process.isStageIndicator(*first));
     EXPECT_TRUE(process.isStageIndicator(*makeSensor(second->getLuid())));
-}
-
-TEST(PreTestProcess, MovesOnWhenItIsTold) {
-    PreTestProcess process;
     process.CalibrationControl({1e6, {1.0, 2.0, 3.0}});
     EXPECT_FALSE(process.canMoveNext);
     process.allowNextStage();

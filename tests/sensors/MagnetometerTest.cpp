@@ -3,63 +3,38 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <functional>
-#include <limits>
+#include <utility>
 
-#include "base/Failures.h"
 #include "base/Text.h"
-#include "formats/FormFactor.h"
 #include "numerics/NumericsTesting.h"
 #include "sensors/Ellipsoid.h"
 #include "sensors/SensorTypes.h"
+#include "support/Angles.h"
 #include "support/FakeRun.h"
+#include "support/MagnetometerMounting.h"
 #include "support/MotionReplay.h"
+#include "support/Outcome.h"
 
 namespace tavocal::test {
 namespace {
 
-using test::FakeRun;
+// ---- A scripted Full run ----
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kPi = 3.141592653589793;
-constexpr double kDegree = kPi / 180.0;
-constexpr LUID kPrimary = {kMagnetometerType, 0, 0, 0, kStaticFlag};
-constexpr LUID kSecondary = {kMagnetometerType, 0, 0, 1, kStaticFlag};
-const std::string kNoFit = "Failed to calc magnetometer values, check your magnetic environment";
-
-template <typename Operation>
-std::string messageOf(Operation operation) {
-    try {
-        operation();
-    } catch (const CalibrationException& exception) {
-        return exception.what();
-    }
-    return "";
-}
-
-Matrix wholeMap(const InertialSensor& sensor) {
-    return sensor.scaleMatrix * sensor.axisMapping;
-}
-// ---- A scripted Full run of a perfect device ----
-
-// Expected readings in the frame of the sensor's half; the turns go about the axes that point up.
+// A device that turns about the axis that points up, in each position but the last.
 class MagnetometerScript : public ::testing::Test {
   protected:
-    void begin(const LUID& luid = kPrimary) {
-        sensor = std::make_unique<Magnetometer>(luid);
-        sensor->setManager(&run);
+    void script(const MagnetometerMounting& mounting = kMagnetometerMountings[0]) {
         run.stages = 7;
-    }
-
-    void script() {
-        sensor->setExpectedField(dip, field);
-        const Matrix positions = sensor->expectedValues;
+        run.times.clear();
+        sensor = mounting.makeSensor(run);
+        const Matrix positions = mounting.readings(simulator::Flow::Full, field, dip / kDegree);
         for (int p = 0; p < 4; ++p) {
             still(row(positions, p));
             if (p < 3) {
-                turn(row(positions, p), kUpAxes[p]);
+                const Vector axis = column(mounting.frame(), 2 - p);
+                turn(row(positions, p), axis);
                 still(row(positions, p));
-                turn(row(positions, p), kUpAxes[p]);  // stands for the tilt
+                turn(row(positions, p), axis);  // stands for the tilt
             }
         }
     }
@@ -72,235 +47,221 @@ class MagnetometerScript : public ::testing::Test {
         run.times.push_back(time + 5.0);
     }
 
-    void turn(const Vector& reading, int axis) {
+    void turn(const Vector& reading, const Vector& axis) {
         for (int i = 0; i < 120; ++i) {
-            Vector w(3);
-            w[axis] = -2.0 * kPi * i / 120.0;
-            add(rotationMatrix(w) * reading);
+            add(rotationMatrix(axis * (-2.0 * kPi * i / 120.0)) * reading);
         }
     }
 
     void add(const Vector& reading) {
         time += 10.0;
-        sensor->dataRecieved({time, reading});
+        sensor->dataRecieved({time, distortion * reading + offset});
     }
 
     std::string failure() {
-        return messageOf([this] { sensor->calibrate(); });
+        return failureOf([this] { sensor->calibrate(); });
     }
 
-    static constexpr int kUpAxes[] = {2, 1, 0};
+    Vector& reading(int index) {
+        return sensor->bufferedData[static_cast<std::size_t>(index)].values;
+    }
+
+    // How far the axes that the turns show are from the right ones, if the fit changes nothing.
+    double errorOfAxes() {
+        sensor->calcCorrection(Ellipsoid());
+        return maxDifference(sensor->scaleMatrix, identity(3));
+    }
 
     FakeRun run{FlowType::Full};
     std::unique_ptr<Magnetometer> sensor;
+    Matrix distortion = identity(3);
+    Vector offset{0.0, 0.0, 0.0};
     double dip = 60.0 * kDegree;
     double field = 480.0;
     double noise = 0.0;
     double time = 0.0;
 };
 
-TEST_F(MagnetometerScript, PerfectReadingsGiveTheIdentity) {
-    for (const double degrees : {60.0, 5.0, 71.3}) {
-        SCOPED_TRACE("dip " + std::to_string(degrees));
-        run.times.clear();
-        dip = degrees * kDegree;
-        begin();
-        script();
-        ASSERT_EQ(failure(), "");
-        EXPECT_LT(norm(sensor->offsetVector), 1e-6);
-        EXPECT_LT(maxDifference(wholeMap(*sensor), identity(3)), 1e-9);
-        EXPECT_NEAR(std::asin(sensor->sinDip), dip, 2.0 * kPi / 50.0 / 100.0);
-        EXPECT_NEAR(norm(sensor->expectedRow(2)), field, 1e-6);
-        EXPECT_TRUE(contains(reportOf(*sensor), "Success=true"));
-    }
+// A coarse search over 50 steps of the half circle, then 100 steps over two of these.
+double nearestSearchedDip(double dip) {
+    const double low = std::round((dip + kPi / 2) / (kPi / 50)) * (kPi / 50) - kPi / 2 - kPi / 50;
+    return low + std::round((dip - low) / (kPi / 2500)) * (kPi / 2500);
 }
 
-TEST_F(MagnetometerScript, AFieldThatPointsUpTurnsTheAxesRoundAndIsRefused) {
-    dip = -60.0 * kDegree;
-    begin();
+TEST_F(MagnetometerScript, FindsHardAndSoftIronMountingAndDip) {
+    std::uint64_t seed = 1;
+    for (const MagnetometerMounting& mounting : kMagnetometerMountings) {
+        SCOPED_TRACE(mounting.text());
+        RandomNumbers random(seed++);
+        // Every other sensor's axes are swapped and left-handed too.
+        const Matrix swap(3, 3, {0, 1, 0, 1, 0, 0, 0, 0, 1});
+        distortion = rotationMatrix(random.vector(3, 0.1)) * diagonal({0.8, 1.0, 1.3}) *
+                     rotationMatrix(random.vector(3, 0.1)) * (seed % 2 == 0 ? identity(3) : swap);
+        offset = random.vector(3, 500.0);
+        dip = random.between(1.0, 80.0) * kDegree;
+        script(mounting);
+        ASSERT_EQ(failure(), kNoFailure);
+        EXPECT_LT(maxDifference(sensor->offsetVector, offset), 1e-5);
+        // The strength of the field is unknown: the map is known but for a factor.
+        const Matrix undone = sensor->scaleMatrix * sensor->axisMapping * distortion;
+        EXPECT_LT(maxDifference(undone / undone[0][0], identity(3)), 1e-6);
+        EXPECT_NEAR(std::asin(sensor->sinDip), nearestSearchedDip(dip), 1e-9);
+        EXPECT_NEAR(norm(sensor->expectedRow(2)), field * undone[0][0], 1e-3);
+        EXPECT_EQ(sensor->calibrationToWrite.size(), 40U);
+    }
+    dip = -60.0 * kDegree;  // turns the axes round, which the gate doesn't let through
     script();
     EXPECT_TRUE(contains(failure(), "Expected error vs calibrated is too high.\n"));
-    EXPECT_LT(maxDifference(wholeMap(*sensor), identity(3) * -1.0), 1e-9);
+    EXPECT_TRUE(sensor->calibrationToWrite.empty());
 }
 
 TEST_F(MagnetometerScript, NoiseSpacesTheCloud) {
     noise = 4.0;
-    begin();
     script();
-    EXPECT_EQ(failure(), "");
+    EXPECT_EQ(failure(), kNoFailure);
     // A position is an odd number of samples: one of the two values is one sample ahead.
     EXPECT_NEAR(sensor->cloudSpacing, 8.0 * std::sqrt(3.0), 1e-3);
-}
-
-TEST_F(MagnetometerScript, OneReadingThatIsNoNumberCostsTheNoiseButNotTheRun) {
-    begin();
-    script();
-    sensor->bufferedData[50].values[1] = kNaN;
-    EXPECT_EQ(failure(), "");
+    reading(50)[1] = std::nan("");
+    sensor->noiseVector = Vector(3);
+    failure();
     EXPECT_EQ(sensor->cloudSpacing, 1.0);
-    EXPECT_EQ(sensor->noiseVector[1], 1.0);
 }
 
-// The fit passes over them.
-TEST_F(MagnetometerScript, AStageWithoutNumbersIsRefused) {
-    begin();
+// A turn's first samples count, of its last ones as many don't as belong to the next position.
+TEST_F(MagnetometerScript, TheAxesComeFromTheTurnsAlone) {
     script();
-    const std::vector<int> ind = sensor->findIndex();
-    for (int i = ind[12]; i < ind[13]; ++i) {
-        sensor->bufferedData[static_cast<std::size_t>(i)].values[2] = kNaN;
-    }
-    EXPECT_NE(failure(), "");
-    EXPECT_TRUE(sensor->calibrationToWrite.empty());
-}
-
-TEST_F(MagnetometerScript, NothingIsWrittenForReadingsThatMakeNoEllipsoid) {
-    const auto spoil = [this](const std::function<Vector(const Vector&)>& change) {
-        run.times.clear();
-        begin();
-        script();
-        for (Sample& sample : sensor->bufferedData) {
-            sample.values = change(sample.values);
-        }
-        EXPECT_NE(failure(), "");
-        EXPECT_TRUE(sensor->calibrationToWrite.empty());
-    };
-    spoil([](const Vector& v) { return Vector{v[0], v[1], 100.0}; });
-    spoil([](const Vector& v) { return Vector{v[0], v[0], v[0]}; });
-    spoil([](const Vector&) { return Vector{100.0, 200.0, 300.0}; });
-    spoil([](const Vector&) { return Vector(3); });
-    spoil([](const Vector& v) { return v * kNaN; });
-    spoil([](const Vector& v) { return Vector{v[0], INFINITY, v[2]}; });
-    spoil([](const Vector& v) { return v * 1e200; });
-}
-
-TEST_F(MagnetometerScript, AFieldOutsideTheBandIsRefused) {
-    const std::vector<std::pair<double, std::string>> fields = {
-        {245.0, "Calculated norm value is too low.\n"},
-        {255.0, ""},
-        {645.0, ""},
-        {655.0, "Calculated norm value is too high.\n"}};
-    for (const auto& [strength, reason] : fields) {
-        run.times.clear();
-        field = strength;
-        begin();
-        script();
-        EXPECT_EQ(failure(), reason.empty()
-                                 ? ""
-                                 : "Calibration failed for sensor Magnetometer. Reason: " + reason);
-    }
-}
-
-TEST_F(MagnetometerScript, TurnsThatShowNoAxisFailAsTheFitDoes) {
-    begin();
-    script();
-    const std::vector<int> ind = sensor->findIndex();
-    for (int i = ind[5]; i < ind[6]; ++i) {
-        sensor->bufferedData[static_cast<std::size_t>(i)].values = {0.0, 0.0, 0.0};
-    }
-    sensor->setThresholds();
     sensor->setStageRows();
     sensor->computeStageStatistics();
-    EXPECT_EQ(mathError([this] { sensor->calcCorrection(Ellipsoid()); }),
-              "Math Error: Failed to invert matrix");
+    const std::vector<int> ind = sensor->findIndex();
+    for (const auto& [window, cut] : {std::pair(1U, 1), {5U, 5}, {9U, 9}}) {
+        SCOPED_TRACE(window);
+        const int begin = ind[window];
+        const int end = ind[window + 1] - cut;
+        for (int outside = end; outside < ind[window + 1]; ++outside) {
+            reading(outside) = {9.0, 8.0, 7.0};
+        }
+        reading(begin - 1) = {9.0, 8.0, 7.0};
+        EXPECT_LT(errorOfAxes(), 1e-9);
+        for (const int inside : {begin, end - 1}) {
+            const Vector before = std::exchange(reading(inside), {300.0, 200.0, 100.0});
+            EXPECT_GT(errorOfAxes(), 1e-6);
+            reading(inside) = before;
+        }
+    }
+    for (int i = ind[5]; i < ind[6]; ++i) {
+        reading(i) = Vector(3);
+    }
+    EXPECT_EQ(mathError([this] { errorOfAxes(); }), "Math Error: Failed to invert matrix");
+    run.stages = 5;
+    run.times.resize(10);
+    EXPECT_EQ(failureOf([this] { errorOfAxes(); }),
+              "Magnetometer Calibration Error: Failed splitting data to segments");
 }
 
-TEST_F(MagnetometerScript, WithoutSamplesTheEnvironmentIsToBlame) {
-    begin();
-    run.times.assign(14, 0.0);
-    EXPECT_EQ(failure(), kNoFit);
-}
-
-TEST_F(MagnetometerScript, OnlyASecondarySensorAsksHowTheDeviceIsBuilt) {
-    const auto build = [this](const LUID& luid, FormFactor formFactor, int hinge) {
-        run.times.clear();
-        begin(luid);
+TEST_F(MagnetometerScript, WhatIsNoEllipsoidIsBlamedOnTheEnvironment) {
+    const std::string text = "Failed to calc magnetometer values, check your magnetic environment";
+    for (const double factor : {0.0, std::nan(""), 1e200}) {
+        distortion = identity(3) * factor;
         script();
-        sensor->formFactor = static_cast<std::uint8_t>(formFactor);
-        sensor->hinge = static_cast<std::uint8_t>(hinge);
-        return failure();
-    };
-    EXPECT_EQ(build(kPrimary, FormFactor::tablet, 9), "");
-    EXPECT_EQ(build(kSecondary, FormFactor::tablet, 0), "Undefined form factor encountered.");
-    EXPECT_EQ(build(kSecondary, FormFactor::mid, 4), "Undefined hinge configuration encountered.");
-}
-
-TEST_F(MagnetometerScript, OtherFlowsComputeNothing) {
-    for (const FlowType flow :
-         {FlowType::FourSteps, FlowType::MagAccuracyTest, FlowType::AccelerometerOnly}) {
-        run.flowKind = flow;
-        begin();
-        run.stages = 4;
-        EXPECT_EQ(failure(), "");
+        EXPECT_NE(failure(), kNoFailure);
         EXPECT_TRUE(sensor->calibrationToWrite.empty());
-        EXPECT_EQ(sensor->offsetVector, Vector(3));
+    }
+    sensor->bufferedData.clear();
+    EXPECT_EQ(printedBy([&] { EXPECT_EQ(failure(), text); }),
+              "[ERROR]: Math exception was thrown when try to calc magnetometer values - "
+              "Math Error: The buffer is empty\n");
+}
+
+TEST_F(MagnetometerScript, OnlyTheFullAndTheMinimalFlowCompute) {
+    offset = {7.0, 8.0, 9.0};
+    for (const FlowType flow : {FlowType::FourSteps, FlowType::MagAccuracyTest,
+                                FlowType::AccelerometerOnly, FlowType::Minimal}) {
+        run.flowKind = flow;
+        sensor = kMagnetometerMountings[0].makeSensor(run);
+        sensor->reversal.reverseMatrix = identity(3);
+        add({0.0, 360.0, 270.0});
+        EXPECT_EQ(failure(), kNoFailure);
+        EXPECT_EQ(sensor->calibrationToWrite.empty(), flow != FlowType::Minimal);
+        EXPECT_EQ(sensor->offsetVector, flow == FlowType::Minimal ? offset : Vector(3));
     }
 }
 
-TEST_F(MagnetometerScript, AFullFlowWithTooFewStagesFailsInOrder) {
-    begin();
-    still({0.0, 240.0, -415.0});
-    still({0.0, -415.0, -240.0});
-    EXPECT_NE(failure(), "");
-}
+// ---- Parts ----
 
-TEST(Magnetometer, WhichSamplesItKeeps) {
-    const std::vector<std::tuple<FlowType, RunCommand, std::size_t, std::uint32_t>> cases = {
-        {FlowType::Full, RunCommand::Calibrate, 1, 0},
-        {FlowType::Minimal, RunCommand::Calibrate, 0, 1},
-        {FlowType::Minimal, RunCommand::TestCalibration, 1, 1},
-        {FlowType::Full, RunCommand::MagEnvironmentTest, 1, 0}};
-    for (const auto& [flow, command, buffered, summed] : cases) {
-        FakeRun run(flow, command);
-        Magnetometer sensor(kPrimary);
-        sensor.setManager(&run);
-        EXPECT_TRUE(sensor.dataRecieved({1.0, {1.0, 2.0, 3.0}}));
-        EXPECT_FALSE(sensor.dataRecieved({2.0, {1.0, 2.0}}));
-        EXPECT_EQ(sensor.bufferedData.size(), buffered);
-        EXPECT_EQ(sensor.sampleCount, summed);
-    }
-}
-
-TEST(Magnetometer, ServesAllRunsButThoseOfLight) {
+TEST(Magnetometer, StartsAsItsKind) {
     FakeRun run(FlowType::Full, RunCommand::MagEnvironmentTest);
-    const auto sensor = makeSensor({kCompassType, 0, 0, 0, kStaticFlag});
-    sensor->setManager(&run);
-    EXPECT_EQ(sensor->getDisplayName(), "Magnetometer");
-    EXPECT_TRUE(sensor->supportsRunType(RunCommand::MagEnvironmentTest));
-    EXPECT_TRUE(sensor->supportsRunType(RunCommand::TestCalibration));
-    EXPECT_FALSE(sensor->supportsRunType(RunCommand::CalibrateAls));
-    EXPECT_EQ(sensor->toDisplayText(), "Test passed. You are good to go!\n");
+    Magnetometer sensor({kCompassType, 0, 0, 1, kStaticFlag});
+    sensor.setManager(&run);
+    EXPECT_EQ(sensor.getDisplayName(), "Magnetometer_2");
+    EXPECT_EQ(sensor.samplingUnit, Unit::milliGauss);
+    EXPECT_EQ(sensor.firmwareUnit, Unit::microGauss);
+    EXPECT_EQ(sensor.rawDivisor, 1000);
+    EXPECT_TRUE(sensor.canCalibrate);
+    EXPECT_EQ(sensor.stillness.stillFloor, 1.0);
+    EXPECT_EQ(sensor.stillness.stillStdLimit, 30.0);
+    EXPECT_EQ(sensor.stillness.stillRangeLimit, 100.0);
+    for (int command = 0; command < 5; ++command) {
+        EXPECT_EQ(sensor.supportsRunType(static_cast<RunCommand>(command)), command != 2);
+    }
+    EXPECT_EQ(sensor.toDisplayText(), "Test passed. You are good to go!\n");
     run.type = RunCommand::Calibrate;
-    EXPECT_TRUE(startsWith(sensor->toDisplayText(), "Magnetometer Offset:\n"));
+    EXPECT_TRUE(startsWith(sensor.toDisplayText(), "Second Magnetometer Offset:\n"));
+    EXPECT_TRUE(sensor.dataRecieved({1.0, {1.0, 2.0, 3.0}}));
+    run.type = RunCommand::MagEnvironmentTest;
+    EXPECT_TRUE(sensor.dataRecieved({2.0, {1.0, 2.0, 3.0}}));
+    EXPECT_FALSE(sensor.dataRecieved({3.0, {1.0, 2.0}}));
+    EXPECT_EQ(sensor.bufferedData.size(), 2U);
+}
+
+TEST(Magnetometer, SeesMovementsAboveItsThresholds) {
+    FakeRun run(FlowType::Full);
+    for (const auto& [swing, sees] : {std::pair(200.0, false), {200.1, true}}) {
+        const auto sensor = kMagnetometerMountings[0].makeSensor(run);
+        for (int i = 0; i < 30; ++i) {
+            sensor->dataRecieved({10.0 * i, {0.0, i < 15 ? 0.0 : swing, 0.0}});
+        }
+        EXPECT_EQ(sensor->rotationDetected(0.0), sees);
+        sensor->setReferenceVector({0.0, swing + (sees ? 300.1 : -300.0), 0.0});
+        EXPECT_EQ(sensor->movedFromReference(), sees);
+    }
 }
 
 TEST(Magnetometer, LimitsDependOnTheFlowAndFollowTheUnit) {
-    FakeRun run(FlowType::Full);
-    Magnetometer sensor(kPrimary);
-    sensor.setManager(&run);
-    sensor.setThresholds();
-    EXPECT_EQ(sensor.limits.whiteNoiseLimit, 15.0);
-    EXPECT_EQ(sensor.limits.rotationLimit, 20.0);
-    EXPECT_EQ(sensor.minSampleSpacing, 10.0);
-    run.flowKind = FlowType::FourSteps;
-    sensor.samplingUnit = Unit::microTesla;
-    sensor.setThresholds();
-    EXPECT_NEAR(sensor.limits.whiteNoiseLimit, 5.0, 1e-12);
-    EXPECT_NEAR(sensor.limits.offsetLimit, 1000.0, 1e-9);
-    EXPECT_NEAR(sensor.minSampleSpacing, 1.0, 1e-12);
+    using List = std::vector<double>;
+    const auto limitsOf = [](FlowType flow, Unit unit) {
+        FakeRun run(flow);
+        const auto s = kMagnetometerMountings[0].makeSensor(run);
+        s->samplingUnit = unit;
+        s->setThresholds();
+        const GateLimits& l = s->limits;
+        return List{l.offsetLimit,        l.normStdLimit,    l.expectedErrorLimit,
+                    l.whiteNoiseLimit,    l.scaleLimit,      l.rotationLimit,
+                    l.expectedNorm,       l.normTolerance,   s->defaultNoise,
+                    s->faceUpOffsetLimit, s->faceUpStdLimit, s->minSampleSpacing};
+    };
+    const List full{10000, 30, 150, 15, 1, 20, 450, 200, 1, 5000, 40, 10};
+    const List other{10000, 30, 150, 50, 1, 1, 450, 200, 1, 5000, 40, 10};
+    for (const FlowType flow : {FlowType::Full, FlowType::Minimal, FlowType::FourSteps,
+                                FlowType::MagAccuracyTest, FlowType::AccelerometerOnly}) {
+        const List& expected = flow == FlowType::Full ? full : other;
+        EXPECT_EQ(limitsOf(flow, Unit::milliGauss), expected);
+        const List inMicroTesla = limitsOf(flow, Unit::microTesla);
+        for (std::size_t i = 0; i < full.size(); ++i) {
+            EXPECT_NEAR(inMicroTesla[i], expected[i] / 10.0, 1e-9) << i;
+        }
+    }
 }
 
 TEST(Magnetometer, SearchDipNeverTriesTheUpperEnd) {
     FakeRun run(FlowType::Full);
-    Magnetometer sensor(kPrimary);
-    sensor.setManager(&run);
-    const auto search = [&sensor](double dip, int steps, double low, double high) {
-        sensor.setExpectedField(dip, 480.0);
-        const Matrix means = sensor.expectedValues;
-        return sensor.searchDip(steps, means, 480.0, low, high);
-    };
-    EXPECT_NEAR(search(0.7, 10, 0.0, 1.0), 0.7, 1e-15);
-    EXPECT_NEAR(search(1.0, 10, 0.0, 1.0), 0.9, 1e-15);
-    EXPECT_EQ(sensor.searchDip(10, Matrix(4, 3) * kNaN, 480.0, -0.5, 0.5), -0.5);
+    const auto sensor = kMagnetometerMountings[0].makeSensor(run);
+    for (const auto& [dip, found] : {std::pair(0.7, 0.7), {1.0, 0.9}, {0.0, 0.0}}) {
+        sensor->setExpectedField(dip, 480.0);
+        const Matrix means = sensor->expectedValues;
+        EXPECT_NEAR(sensor->searchDip(10, means, 480.0, 0.0, 1.0), found, 1e-15);
+    }
+    EXPECT_EQ(sensor->searchDip(10, Matrix(4, 3) * std::nan(""), 480.0, -0.5, 0.5), -0.5);
+    EXPECT_NEAR(sensor->meanAlignmentError(identity(3) * -2.0, sensor->expectedValues), kPi, 1e-7);
 }
 
 }  // namespace
