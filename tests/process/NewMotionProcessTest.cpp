@@ -1,0 +1,233 @@
+#include "process/NewMotionProcess.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+
+#include "base/Failures.h"
+#include "sensors/SensorTypes.h"
+#include "support/MessageOf.h"
+#include "support/MotionReplay.h"
+#include "support/TempFolder.h"
+
+namespace tavocal::test {
+namespace {
+
+using enum FlowType;
+using Times = std::vector<double>;
+
+// A device in the hand of a test. Its indicators, named by their initials, show what they are told
+// to, every 10 ms from 0 ms on.
+class HeldDevice {
+  public:
+    HeldDevice(FlowType flow, const std::string& indicators) : run(flow) {
+        for (const std::string name : {"Accelerometer", "Gyroscope", "Magnetometer"}) {
+            values[name[0]] = {0, 0, name[0] == 'A' ? 1.0 : 0.0};
+            if (indicators.find(name[0]) != std::string::npos) {
+                run.add(sensors[name[0]] = makeNamedSensor(name));
+            }
+        }
+        run.process.buildStages();
+    }
+
+    // From the next sample on; `shake` is added to every other sample and taken from the rest.
+    HeldDevice& shows(char sensor, const Vector& value, double shake = 0.0) {
+        values[sensor] = value;
+        shakes[sensor] = shake;
+        return *this;
+    }
+    // Lets time go on. Each sensor is by `later` behind the one before.
+    HeldDevice& until(double end, double later = 0.0) {
+        for (; time <= end; time += 10.0, parity = -parity) {
+            double t = time;
+            for (const auto& [letter, sensor] : sensors) {
+                const Sample sample = {t, values[letter] + Vector{parity * shakes[letter], 0, 0}};
+                sensor->dataRecieved(sample);
+                run.process.CalibrationControl(sample);
+                if (std::exchange(run.process.canMoveNext, false)) {
+                    ends.push_back(t);
+                }
+                t += later;
+            }
+        }
+        return *this;
+    }
+
+    MotionReplay run;
+    std::map<char, std::shared_ptr<InertialSensor>> sensors;
+    Times ends;  // when each stage was over
+
+  private:
+    std::map<char, Vector> values;
+    std::map<char, double> shakes;
+    double time = 0.0, parity = 1.0;
+};
+
+// Four positions, left 2.5 s one after the other; before that, `trembling` moves by what counts as
+// still. The stages grow until a second reaches into either motion.
+TEST(NewMotionProcess, StagesReachToTheMotionThatEndsThem) {
+    const struct {
+        FlowType flow;
+        const char* indicators;
+        char trembling;
+        double firstEnd;
+    } rows[] = {{FourSteps, "A", 'M', 1500},       {FourSteps, "A", 'A', 1300},
+                {FourSteps, "AG", 'A', 1300},      {FourSteps, "AG", 'G', 1300},
+                {FourSteps, "AM", 'M', 1300},      {FourSteps, "AGM", 'M', 1500},
+                {MagAccuracyTest, "M", 'A', 1500}, {MagAccuracyTest, "AM", 'A', 1300},
+                {Full, "A", 'M', 1500}};
+    for (const auto& row : rows) {
+        HeldDevice device(row.flow, row.indicators);
+        const char mover = row.flow == MagAccuracyTest ? 'M' : 'A';
+        device.until(2300).shows(row.trembling, {0, 0.0001, row.trembling == 'A' ? 1.0 : 0.0});
+        device.until(2500).shows(mover, {400, 0, 0}).until(5000).shows(mover, {0, 400, 0});
+        device.until(7500).shows(mover, {400, 0, 0}).until(9000);
+        EXPECT_EQ(device.ends, (Times{1100, 3610, 6110, 8610}));
+        EXPECT_EQ(device.run.segmentTimes(),
+                  (Times{100, row.firstEnd, 2610, 3910, 5110, 6410, 7610, 8610}))
+            << row.indicators << row.trembling;
+    }
+}
+
+// Turns of 200 degrees in 2 s. Only the stages in front of a turn are lengthened.
+TEST(NewMotionProcess, FullFlowGoesThroughFourPositionsAndThreeTurns) {
+    HeldDevice device(Full, "AG");
+    device.until(2500).shows('G', {0, 0, 100}).until(4500).shows('G', {0, 0, 0});
+    device.until(7000).shows('A', {0, 1, 0});
+    device.until(9400).shows('G', {0, 100, 0}).until(11400).shows('G', {0, 0, 0});
+    device.until(13900).shows('A', {1, 0, 0});
+    device.until(16300).shows('G', {-100, 0, 0}).until(18300).shows('G', {0, 0, 0});
+    device.until(20800).shows('A', {0, -1, 0}).until(30000);
+    EXPECT_EQ(device.ends, (Times{1100, 5510, 8010, 12410, 14910, 19310, 21810}));
+    EXPECT_EQ(device.run.segmentTimes(), (Times{100, 1500, 4510, 5510, 7010, 8310, 11410, 12410,
+                                                13910, 15210, 18310, 19310, 20810, 21810}));
+}
+
+// What the gyroscope shows at rest is taken anew before each turn, which then counts on from what
+// it showed at rest behind the turn before.
+TEST(NewMotionProcess, GyroscopeCountsFromItsBias) {
+    HeldDevice device(Full, "AG");
+    device.shows('G', {0, 0, 50}).until(30000).shows('G', {0, 0, 150}).until(32000);
+    device.shows('G', {0, 0, 50}).until(34500).shows('A', {1, 0, 0}).shows('G', {0, 0, -50});
+    device.until(69000).shows('G', {0, 0, 50}).until(70500).shows('G', {0, 0, -50}).until(73000);
+    EXPECT_EQ(device.ends, (Times{1100, 33010, 35510, 71510}));
+}
+
+// A step of the gyroscope counts again at another sensor's sample that is 1 ms later.
+TEST(NewMotionProcess, TurnIsPolledOnceInAMillisecond) {
+    for (const auto& [later, turned, end] :
+         {std::tuple(0.99, 3400.0, 4410.99), std::tuple(1.0, 2900.0, 3911.0)}) {
+        HeldDevice device(Full, "AG");
+        device.until(2400, later).shows('G', {0, 0, 201}).until(turned, later);
+        EXPECT_EQ(device.shows('G', {0, 0, 0}).until(9000, later).ends, (Times{1100, end}));
+    }
+}
+
+// Without a gyroscope the field tells of the turn; what it did before counts for nothing.
+TEST(NewMotionProcess, MagnetometerSeesTurns) {
+    HeldDevice device(Full, "AM");
+    device.shows('M', {0, 900, 0}).until(90).shows('M', {0, 300, 0}).until(5000);
+    EXPECT_EQ(device.shows('M', {0, 500, 0}).until(8000).ends, (Times{1100}));
+    EXPECT_EQ(device.shows('M', {0, 500.5, 0}).until(10000).ends, (Times{1100, 9070}));
+}
+
+TEST(NewMotionProcess, OneSensorTellsThatThePositionWasLeft) {
+    const struct {
+        FlowType flow;
+        char sensor;
+        Vector near, far;
+        Times ends;
+    } rows[] = {{FourSteps, 'A', {0, 0, 0}, {0, 0, -0.01}, {1100, 6110}},
+                {FourSteps, 'M', {900, 0, 0}, {999, 0, 0}, {1100}},
+                {MagAccuracyTest, 'M', {0, 300, 0}, {0, 300.5, 0}, {1100, 6110}},
+                {MagAccuracyTest, 'A', {0, 9, 0}, {0, -9, 0}, {1100}}};
+    for (const auto& row : rows) {
+        HeldDevice device(row.flow, "AM");
+        device.until(2000).shows(row.sensor, row.near).until(5000).shows(row.sensor, row.far);
+        EXPECT_EQ(device.until(8000).ends, row.ends) << row.sensor;
+    }
+}
+
+// All but a magnetometer beside a gyroscope, at first by the limits of their classes and later by
+// what they showed in the first stage.
+TEST(NewMotionProcess, IndicatorsMustBeStill) {
+    const struct {
+        const char* indicators;
+        char sensor;
+        double shake;
+        std::size_t stages;
+    } rows[] = {{"A", 'A', 0.0149, 1}, {"A", 'A', 0.0151, 0},  {"AG", 'G', 4.9, 1},
+                {"AG", 'G', 5.1, 0},   {"AM", 'M', 29.9, 1},   {"AM", 'M', 30.1, 0},
+                {"AGM", 'M', 999, 1},  {"AGM", 'A', 0.0151, 0}};
+    for (const auto& row : rows) {
+        HeldDevice device(Full, row.indicators);
+        device.shows(row.sensor, {0, 0, 0}, row.shake).until(3000);
+        EXPECT_EQ(device.ends.size(), row.stages) << row.indicators << row.shake;
+        // The gyroscope isn't measured as long as the accelerometer isn't still.
+        EXPECT_TRUE(row.sensor != 'A' || !device.sensors.contains('G') ||
+                    device.sensors['G']->stillness.stillStdLimit == 5.0);
+    }
+    for (const auto& [shake, stages] : {std::pair(0.0149, 2U), std::pair(0.0151, 1U)}) {
+        HeldDevice device(FourSteps, "A");
+        device.shows('A', {0, 0, 1}, 0.01).until(2000).shows('A', {0, 0, -1}, shake).until(5000);
+        EXPECT_EQ(device.ends.size(), stages);
+    }
+}
+
+// The first stage grows over the motion behind it, but for a kick in time. Without one it would
+// grow into the second.
+TEST(NewMotionProcess, StageMustNotGrowIntoTheNextOne) {
+    const auto run = [](double kick) {
+        HeldDevice device(FourSteps, "A");
+        device.until(1500).shows('A', {0, 0, -1}).until(kick).shows('A', {0, 0, 5}).until(4350);
+        device.shows('A', {0, 0, 50}).until(4360).shows('A', {0, 0, 5}).until(6900);
+        device.shows('A', {0, 0, 9}).until(9000);
+        return device.run.segmentTimes();
+    };
+    EXPECT_EQ(run(3390), (Times{100, 2300, 2300, 3300, 4500, 5900, 7010, 8010}));
+    EXPECT_EQ(messageOf<CalibrationException>([&] { run(3400); }), "segmentation error");
+}
+
+TEST(NewMotionProcess, MinimalFlowTakesOneSecondWhateverTheDeviceDoes) {
+    HeldDevice device(Minimal, "G");
+    EXPECT_EQ(device.shows('G', {0, 0, 0}, 999).until(990).run.process.stagesDone, -1);
+    EXPECT_EQ(device.until(3000).ends, (Times{1000}));
+    EXPECT_EQ(device.run.process.stagesDone, 1);
+    EXPECT_EQ(device.run.segmentTimes(), (Times{0, 0}));
+}
+
+TEST(NewMotionProcess, TakesTheIndicatorsThatTheFlowNeeds) {
+    for (const FlowType flow : {Full, Minimal, FourSteps, MagAccuracyTest}) {
+        std::string enough;
+        for (const std::string name : {"Accelerometer", "Gyroscope", "Magnetometer"}) {
+            NewMotionProcess process(flow);
+            EXPECT_FALSE(process.isStageIndicator(*makeNamedSensor(name)));
+            enough += process.setStageIndicator(makeNamedSensor(name)) ? name.substr(0, 1) : "";
+            EXPECT_TRUE(process.isStageIndicator(*makeNamedSensor(name)));
+            EXPECT_FALSE(process.isStageIndicator(*makeNamedSensor(name + "_2")));
+        }
+        EXPECT_EQ(enough, flow == Minimal ? "AGM" : flow == MagAccuracyTest ? "M" : "A");
+    }
+    NewMotionProcess process(Full);
+    EXPECT_EQ(process.requiredIndicatorTypes(),
+              (std::vector<std::string>{"Accelerometer", "Gyroscope", "Magnetometer"}));
+    const auto light = makeSensor({kAmbientLightType, 0, 0, 0, 2});
+    EXPECT_EQ(messageOf<CalibrationException>([&] { process.setStageIndicator(light); }),
+              "AmbientLightSensor is invalid type of stageIndicator");
+}
+
+TEST(NewMotionProcess, OneKeyBeginsTheRun) {
+    const TempFolder folder;
+    ASSERT_NE(std::freopen(folder.write("typed.txt", "ab").c_str(), "rb", stdin), nullptr);
+    NewMotionProcess process(Full);
+    EXPECT_TRUE(process.needsUserInput());
+    EXPECT_EQ(process.readUserInput(), "");
+    process.currentStep = 1;
+    EXPECT_FALSE(process.needsUserInput());
+    EXPECT_EQ(messageOf<CalibrationException>([&] { process.readUserInput(); }), "Internal error");
+    EXPECT_FALSE(process.isInteractive() || process.isThreeRotationsStage());
+    EXPECT_FALSE(process.isUserPaced() || !process.keepsTimeBase());
+}
+
+}  // namespace
+}  // namespace tavocal::test

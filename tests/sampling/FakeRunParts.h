@@ -1,0 +1,96 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "process/Process.h"
+#include "sensors/GenericSensor.h"
+
+// A sensor and a sequence that do what a test says and note what is asked of them.
+namespace tavocal::test {
+
+class FakeSensor : public GenericSensor {
+  public:
+    // The LUID differs with the length of the name.
+    explicit FakeSensor(const std::string& displayName)
+        : GenericSensor({static_cast<std::uint16_t>(displayName.size()), 0, 0,
+                         static_cast<std::uint8_t>(displayName.ends_with("_2")), kStaticFlag}) {
+        name = displayName.substr(0, displayName.find('_'));
+        samplingUnit = Unit::g0;
+        valuesPerSample = 1;
+    }
+
+    bool dataRecieved(const Sample& sample) override {
+        onSample(sample);
+        bufferedData.push_back(sample);
+        return accepts;
+    }
+    void reverseStaticCalibration(Sample& sample) override { sample.values[0] += reversal; }
+    void calcReverseSdt() override { reversal = 0.5; }
+    void stageChanged(const std::string& text) override { called("stage " + text); }
+    void userSignalledEnd() override { called("end"); }
+    bool checkMagPreTest_singleRotation(int first, int last, int& /*axis*/) override {
+        return called("turn " + std::to_string(first) + "-" + std::to_string(last));
+    }
+    bool checkMagPreTest_threeRotations(std::vector<std::uint32_t> boundaries) override {
+        return called("turns:" + std::to_string(boundaries.size()));
+    }
+    bool checkMagPreTest_translation() override { return called("walk"); }
+
+    std::function<void(const Sample&)> onSample = [](const Sample&) {};
+    bool accepts = true;
+    double reversal = 0.0;
+    std::string badCall;  // the check that says no
+    std::string calls;
+
+  private:
+    bool called(const std::string& call) {
+        calls += call + " ";
+        return call != badCall;
+    }
+};
+
+// Sensors by their display names with a blank in between.
+inline std::vector<std::shared_ptr<Sensor>> fakeSensors(const std::string& displayNames) {
+    std::vector<std::shared_ptr<Sensor>> sensors;
+    std::istringstream words(displayNames);
+    for (std::string word; words >> word;) {
+        sensors.push_back(std::make_shared<FakeSensor>(word));
+    }
+    return sensors;
+}
+
+class FakeProcess : public Process {
+  public:
+    std::string getInstructions(bool /*noEnter*/) override { return {}; }
+    bool needsUserInput() override { return false; }
+    std::string readUserInput() override { return {}; }
+    bool isUserPaced() const override { return userPaced; }
+    void CalibrationControl(const Sample& sample) override { onControl(sample); }
+    bool isStageIndicator(const Sensor& sensor) const override {
+        return indicators.find(sensor.getDisplayName() + ";") != std::string::npos;
+    }
+    std::vector<std::string> requiredIndicatorTypes() const override { return types; }
+    bool setStageIndicator(const std::shared_ptr<Sensor>& sensor) override {
+        offered = sensor;
+        calls += sensor->getDisplayName() + " ";
+        return sensor->getDisplayName() == types[0];
+    }
+    void buildStages() override { calls += "built"; }
+    void addCalibratedSensor(const std::shared_ptr<Sensor>& sensor) override {
+        calls += "light:" + sensor->getDisplayName() + " ";
+    }
+
+    // The first one is wanted most, and the only offer that is enough.
+    std::vector<std::string> types = {"Accelerometer", "Gyroscope", "Magnetometer"};
+    std::string indicators = "Accelerometer;";  // display names, each with a ";" behind it
+    bool userPaced = false;
+    std::function<void(const Sample&)> onControl = [](const Sample&) {};
+    std::shared_ptr<Sensor> offered;  // last
+    std::string calls;
+};
+
+}  // namespace tavocal::test
