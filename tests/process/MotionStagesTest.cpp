@@ -6,28 +6,11 @@
 #include "support/MotionReplay.h"
 
 namespace tavocal::test {
-namespace {
 
-using Prompts = std::vector<std::string>;
-
-// What the operator reads at each step of a run with these indicators, named by their initials.
-Prompts promptsOf(FlowType flow, const std::string& indicators, bool noEnter) {
-    NewMotionProcess process(flow);
-    for (const std::string name : {"Accelerometer", "Gyroscope", "Magnetometer"}) {
-        if (indicators.find(name[0]) != std::string::npos) {
-            process.setStageIndicator(makeNamedSensor(name));
-        }
-    }
-    process.buildStages();
-    EXPECT_EQ(process.segmentTimes.size(), 2 * static_cast<std::size_t>(process.stageCount));
-    Prompts prompts;
-    for (; process.currentStep < process.stageCount; ++process.currentStep) {
-        prompts.push_back(process.getInstructions(noEnter));
-    }
-    return prompts;
-}
-
+// What the operator reads at each step of a run with the indicators of these initials.
 TEST(MotionStages, OperatorIsLedThroughEachFlow) {
+    using enum FlowType;
+    using Prompts = std::vector<std::string>;
     const std::string place = "Place the device screen's ";
     const std::string turn = "Slowly, rotate the device ";
     const std::string end = "\nAt the end of this stage, the device's ";
@@ -48,31 +31,37 @@ TEST(MotionStages, OperatorIsLedThroughEachFlow) {
     const Prompts magAccuracy = {full[0], quarter + "Z axis directed UP, Y axis directed to West",
                                  quarter + "Z axis directed UP, Y axis directed to South",
                                  quarter + "Z axis directed UP, Y axis directed to East"};
-    const struct {
-        FlowType flow;
-        std::string indicators;
-        Prompts prompts;
-    } rows[] = {{FlowType::Full, "AG", full},
-                {FlowType::Full, "AM", full},
-                {FlowType::Full, "AGM", full},
-                {FlowType::Full, "A", {full[0], full[2], full[4], full[6]}},
-                {FlowType::FourSteps, "A", fourSteps},
-                {FlowType::FourSteps, "AGM", fourSteps},
-                {FlowType::MagAccuracyTest, "AM", magAccuracy},
-                {FlowType::Minimal, "GM", {full[0]}},
-                {FlowType::Minimal, "AG", {fourSteps[0]}}};
-    for (auto row : rows) {
-        const std::string count = std::to_string(row.prompts.size());
-        for (std::size_t i = 0; i < row.prompts.size(); ++i) {
-            row.prompts[i] = "Step " + std::to_string(i + 1) + " out of " + count + ".\n" +
-                             row.prompts[i] + "\nHold system in current position";
+    const std::tuple<FlowType, std::string, Prompts> rows[] = {
+        {Full, "AG", full},
+        {Full, "AM", full},
+        {Full, "AGM", full},
+        {Full, "A", {full[0], full[2], full[4], full[6]}},
+        {FourSteps, "A", fourSteps},
+        {FourSteps, "AGM", fourSteps},
+        {MagAccuracyTest, "AM", magAccuracy},
+        {Minimal, "GM", {full[0]}},
+        {Minimal, "AG", {fourSteps[0]}}};
+    for (const auto& [flow, indicators, prompts] : rows) {
+        NewMotionProcess process(flow);
+        for (const std::string name : {"Accelerometer", "Gyroscope", "Magnetometer"}) {
+            if (indicators.find(name[0]) != std::string::npos) {
+                process.setStageIndicator(makeNamedSensor(name));
+            }
         }
-        row.prompts[0] += "\nNOTE:\nDevice should be placed in tablet mode, screen facing up\n";
-        EXPECT_EQ(promptsOf(row.flow, row.indicators, true), row.prompts);
-        row.prompts[0] += "Press Enter when done";
-        EXPECT_EQ(promptsOf(row.flow, row.indicators, false), row.prompts);
+        process.buildStages();
+        EXPECT_EQ(process.segmentTimes, std::vector<double>(2 * prompts.size(), 0.0));
+        const std::string count = " out of " + std::to_string(process.stageCount) + ".\n";
+        for (const std::string& prompt : prompts) {
+            std::string text = "Step " + std::to_string(process.currentStep + 1) + count + prompt +
+                               "\nHold system in current position";
+            if (process.currentStep == 0) {
+                text += "\nNOTE:\nDevice should be placed in tablet mode, screen facing up\n";
+                EXPECT_EQ(process.getInstructions(false), text + "Press Enter when done");
+            }
+            EXPECT_EQ(process.getInstructions(true), text);
+            ++process.currentStep;
+        }
     }
 }
 
-}  // namespace
 }  // namespace tavocal::test

@@ -3,27 +3,22 @@
 #include <gtest/gtest.h>
 
 namespace tavocal::test {
-namespace {
 
 TEST(FailureSummary, SecondWrongAxisTurnsIntoOneGeneralEntry) {
     FailureSummary summary;
-    EXPECT_EQ(summary.text(), "");
-    summary.addFailure(0, "Gyroscope");
-    EXPECT_EQ(summary.text(), "1\tGyroscope: Check Calibration\n");
-    summary.addFailure(1, "Gyroscope");
-    // What is known to be a wrong axis stays one, and twice at one sensor is still one sensor.
-    summary.addFailure(0, "Gyroscope");
-    summary.addFailure(1, "Gyroscope");
-    summary.addFailure(0, "Accelerometer");
-    EXPECT_EQ(summary.text(),
-              "1\tAccelerometer: Check Calibration\n2\tGyroscope: Check Axis Mapping\n");
-    summary.addFailure(1, "Accelerometer");
-    EXPECT_EQ(summary.text(), "3\tGeneral: Check Movement or Axis Mapping\n");
-    for (const int kind : {0, 1}) {
-        summary.addFailure(kind, "Magnetometer");
-        EXPECT_EQ(summary.text(), "3\tGeneral: Check Movement or Axis Mapping\n");
-    }
+    const auto with = [&](int kind, const std::string& sensor) {
+        summary.addFailure(kind, sensor);
+        return summary.text();
+    };
+    const std::string axis = "2\tGyroscope: Check Axis Mapping\n";
+    const std::string general = "3\tGeneral: Check Movement or Axis Mapping\n";
+    EXPECT_EQ(with(0, "Gyroscope"), "1\tGyroscope: Check Calibration\n");
+    EXPECT_EQ(with(1, "Gyroscope"), axis);
+    EXPECT_EQ(with(0, "Gyroscope"), axis);
+    EXPECT_EQ(with(1, "Gyroscope"), axis);
+    EXPECT_EQ(with(0, "Accelerometer"), "1\tAccelerometer: Check Calibration\n" + axis);
+    EXPECT_EQ(with(1, "Accelerometer"), general);
+    EXPECT_EQ(with(0, "Magnetometer") + with(1, "Magnetometer"), general + general);
 }
 
-}  // namespace
 }  // namespace tavocal::test

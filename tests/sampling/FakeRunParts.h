@@ -1,11 +1,11 @@
 #pragma once
 
-#include <functional>
-#include <memory>
-#include <sstream>
-#include <string>
-#include <vector>
+#include <gtest/gtest.h>
 
+#include <functional>
+#include <sstream>
+
+#include "platform/Console.h"
 #include "process/Process.h"
 #include "sensors/GenericSensor.h"
 
@@ -30,27 +30,24 @@ class FakeSensor : public GenericSensor {
     }
     void reverseStaticCalibration(Sample& sample) override { sample.values[0] += reversal; }
     void calcReverseSdt() override { reversal = 0.5; }
-    void stageChanged(const std::string& text) override { called("stage " + text); }
     void userSignalledEnd() override { called("end"); }
     bool checkMagPreTest_singleRotation(int first, int last, int& /*axis*/) override {
         return called("turn " + std::to_string(first) + "-" + std::to_string(last));
     }
-    bool checkMagPreTest_threeRotations(std::vector<std::uint32_t> boundaries) override {
-        return called("turns:" + std::to_string(boundaries.size()));
+    bool checkMagPreTest_threeRotations(std::vector<std::uint32_t> keys) override {
+        return called("turns:" + std::to_string(keys.size()));
     }
     bool checkMagPreTest_translation() override { return called("walk"); }
+    bool called(const std::string& call) {
+        calls += call + " ";
+        return call != badCall;
+    }
 
     std::function<void(const Sample&)> onSample = [](const Sample&) {};
     bool accepts = true;
     double reversal = 0.0;
     std::string badCall;  // the check that says no
     std::string calls;
-
-  private:
-    bool called(const std::string& call) {
-        calls += call + " ";
-        return call != badCall;
-    }
 };
 
 // Sensors by their display names with a blank in between.
@@ -68,8 +65,8 @@ class FakeProcess : public Process {
     std::string getInstructions(bool /*noEnter*/) override { return {}; }
     bool needsUserInput() override { return false; }
     std::string readUserInput() override { return {}; }
-    bool isUserPaced() const override { return userPaced; }
-    void CalibrationControl(const Sample& sample) override { onControl(sample); }
+    bool isUserPaced() const override { return paced; }
+    void CalibrationControl(const Sample& /*sample*/) override { onControl(); }
     bool isStageIndicator(const Sensor& sensor) const override {
         return indicators.find(sensor.getDisplayName() + ";") != std::string::npos;
     }
@@ -87,10 +84,18 @@ class FakeProcess : public Process {
     // The first one is wanted most, and the only offer that is enough.
     std::vector<std::string> types = {"Accelerometer", "Gyroscope", "Magnetometer"};
     std::string indicators = "Accelerometer;";  // display names, each with a ";" behind it
-    bool userPaced = false;
-    std::function<void(const Sample&)> onControl = [](const Sample&) {};
+    bool paced = false;
+    std::function<void()> onControl = [] {};
     std::shared_ptr<Sensor> offered;  // last
     std::string calls;
 };
+
+template <typename Action>
+std::string printedBy(Action action) {
+    testing::internal::CaptureStdout();
+    action();
+    platform::Console::instance().flush();
+    return testing::internal::GetCapturedStdout();
+}
 
 }  // namespace tavocal::test

@@ -7,7 +7,6 @@
 #include "support/MessageOf.h"
 
 namespace tavocal::test {
-namespace {
 
 TEST(LiveTimeBase, DataBeginsWhenEverySensorHasDelivered) {
     const auto sensors = fakeSensors("Accelerometer Gyroscope");
@@ -15,9 +14,7 @@ TEST(LiveTimeBase, DataBeginsWhenEverySensorHasDelivered) {
     const auto place = [&](std::size_t sensor, double time) {
         return base.place(*sensors[sensor], time, sensors);
     };
-    for (const double time : {1000.0, 900.0, 6000.0}) {
-        EXPECT_FALSE(place(0, time));
-    }
+    EXPECT_FALSE(place(0, 1000.0) || place(0, 900.0) || place(0, 6000.0));
     EXPECT_EQ(messageOf<CalibrationException>([&] { place(0, 6000.1); }),
               "Too long time waiting for all sensors data to be ready.");
     EXPECT_FALSE(place(1, 6000.0));
@@ -26,5 +23,4 @@ TEST(LiveTimeBase, DataBeginsWhenEverySensorHasDelivered) {
     EXPECT_EQ(place(1, 99025.0), 93004.5);
 }
 
-}  // namespace
 }  // namespace tavocal::test

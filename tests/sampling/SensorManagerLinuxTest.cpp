@@ -3,13 +3,11 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-#include <map>
 #include <thread>
 
 #include "base/Failures.h"
-#include "base/LittleEndian.h"
+#include "base/Logger.h"
 #include "firmware/SmhiLayout.h"
-#include "platform/Console.h"
 #include "sampling/FakeRunParts.h"
 #include "sampling/SensorManager.h"
 #include "simulator/FirmwareAnswer.h"
@@ -19,116 +17,86 @@
 namespace tavocal::test {
 namespace {
 
-// A firmware that records no session. It has a minimal interval, in milliseconds, for the lengths of
-// the sensors' names, and refuses to tell any other.
-class TinyFirmware {
-  public:
-    explicit TinyFirmware(std::map<std::uint8_t, std::uint32_t> minima)
-        : minimalIntervals(std::move(minima)) {
+// Minimal intervals in milliseconds of a primary and a secondary sensor; the firmware doesn't tell
+// a negative one.
+using Minima = std::array<int, 2>;
+
+// Of a firmware that records no session.
+Bytes answer(const Bytes& request, const Minima& minima) {
+    using simulator::FirmwareStatus;
+    if (request[0] == 0x2E) {  // a client's GUID
+        return simulator::greeting();
+    }
+    const int minimum = minima[request[smhi::kRequestLuidAt + 6]];
+    if (request[0] == smhi::kGetProperty && minimum >= 0) {
+        return simulator::propertyAnswer(smhi::kMinReportInterval,
+                                         static_cast<std::uint32_t>(minimum) * 1000);
+    }
+    const bool set = request[0] == smhi::kSetProperty;
+    return simulator::headerAnswer(request[0],
+                                   set ? FirmwareStatus::Success : FirmwareStatus::WrongState);
+}
+
+void serve(int listener, const Minima& minima) {
+    Bytes request(5000);
+    for (int client = 0; (client = accept(listener, nullptr, nullptr)) >= 0; close(client)) {
+        while (recv(client, request.data(), request.size(), 0) > 0) {
+            const Bytes reply = answer(request, minima);
+            send(client, reply.data(), reply.size(), MSG_NOSIGNAL);
+        }
+    }
+}
+
+TEST(SensorManagerLive, AsksTheFirmwareForTheIntervalOfTheRun) {
+    using enum RunCommand;
+    const std::string untold =
+        "failed to get minimal reporting interval from sensor, will use default sampling interval: "
+        "20ms\n";
+    const std::tuple<RunCommand, int, Minima, int, std::string> rows[] = {
+        {Calibrate, 0, {-1, -1}, 10, ""},        {TestCalibration, 0, {99, 99}, 10, ""},
+        {Calibrate, 50, {-1, -1}, 50, ""},       {CalibrateAls, 5, {-1, -1}, 5, ""},
+        {CalibrateAls, 0, {5, 19}, 20, ""},      {CalibrateAls, 0, {99, 30}, 99, ""},
+        {CalibrateAls, 0, {-1, 99}, 20, untold}, {CalibrateAls, 0, {0, 0}, 20, untold}};
+    for (const auto& [command, option, minima, interval, printed] : rows) {
+        const WorkingFolder folder;
+        const int listener = socket(AF_UNIX, SOCK_SEQPACKET, 0);
         const sockaddr_un address{AF_UNIX, "tavo.sock"};
         const void* const any = &address;
         bind(listener, static_cast<const sockaddr*>(any), sizeof(address));
         listen(listener, 8);
-        worker = std::thread([this] {
-            for (int client = 0; (client = accept(listener, nullptr, nullptr)) >= 0; close(client)) {
-                serve(client);
-            }
-        });
-    }
-    ~TinyFirmware() {
-        shutdown(listener, SHUT_RDWR);
-        worker.join();
-        close(listener);
-        unlink("tavo.sock");
-    }
-
-    std::string asked;  // "minimum " for each question, and the microseconds that were set
-
-  private:
-    void serve(int client) {
-        Bytes request(5000);
-        for (bool greeted = false; recv(client, request.data(), request.size(), 0) > 0;
-             greeted = true) {
-            const Bytes reply = greeted ? answer(request) : simulator::greeting();
-            send(client, reply.data(), reply.size(), MSG_NOSIGNAL);
-        }
-    }
-    Bytes answer(const Bytes& request) {
-        const auto minimum = minimalIntervals.find(request[smhi::kRequestLuidAt]);
-        if (request[0] == smhi::kGetProperty) {
-            asked += "minimum ";
-            if (minimum != minimalIntervals.end()) {
-                return simulator::propertyAnswer(smhi::kMinReportInterval, minimum->second * 1000);
-            }
-        }
-        if (request[0] == smhi::kSetProperty &&
-            readU16(request, smhi::kPropertyAt) == smhi::kReportInterval) {
-            asked += std::to_string(readU32(request, smhi::kPropertyDataAt)) + " ";
-        }
-        return simulator::headerAnswer(request[0], request[0] == smhi::kSetProperty
-                                                       ? simulator::FirmwareStatus::Success
-                                                       : simulator::FirmwareStatus::WrongState);
-    }
-
-    std::map<std::uint8_t, std::uint32_t> minimalIntervals;
-    int listener = socket(AF_UNIX, SOCK_SEQPACKET, 0);
-    std::thread worker;
-};
-
-TEST(SensorManagerLive, AsksTheFirmwareForTheIntervalOfTheRun) {
-    const WorkingFolder folder;
-    const std::string kTold =
-        "failed to get minimal reporting interval from sensor, will use default sampling interval: "
-        "20ms\n";
-    const struct {
-        RunCommand command;
-        int option;
-        std::map<std::uint8_t, std::uint32_t> minima;
-        std::string asked, printed;
-    } rows[] = {
-        {RunCommand::Calibrate, 0, {}, "10000 10000 ", ""},
-        {RunCommand::TestCalibration, 0, {}, "10000 10000 ", ""},
-        {RunCommand::Calibrate, 50, {}, "50000 50000 ", ""},
-        {RunCommand::CalibrateAls, 5, {{18, 99}, {20, 99}}, "5000 5000 ", ""},
-        {RunCommand::CalibrateAls, 0, {{18, 5}, {20, 19}}, "minimum minimum 20000 20000 ", ""},
-        {RunCommand::CalibrateAls, 0, {{18, 99}, {20, 30}}, "minimum minimum 99000 99000 ", ""},
-        {RunCommand::CalibrateAls, 0, {{20, 99}}, "minimum minimum 20000 20000 ", kTold},
-        {RunCommand::CalibrateAls, 0, {{18, 0}, {20, 0}}, "minimum minimum 20000 20000 ", kTold}};
-    for (const auto& row : rows) {
-        TinyFirmware firmware(row.minima);
+        std::thread firmware(serve, listener, minima);
         SensorManager manager;
         const auto process = std::make_shared<FakeProcess>();
         process->types = {"AmbientLightSensor"};
-        process->runType = row.command;
+        process->runType = command;
         manager.setSensors(fakeSensors("AmbientLightSensor_2 AmbientLightSensor"));
         manager.setProcess(process);
-        if (row.option > 0) {
-            manager.setSamplingInterval(row.option);
+        if (option > 0) {
+            manager.setSamplingInterval(option);
         }
-        testing::internal::CaptureStdout();
-        manager.prepareSensors();
-        platform::Console::instance().flush();
-        EXPECT_EQ(testing::internal::GetCapturedStdout(), row.printed);
-        testing::internal::CaptureStdout();
-        EXPECT_EQ(messageOf<CalibrationException>([&] { manager.startSampling(); }),
-                  "Failed to start PNRRecord");
-        EXPECT_EQ(messageOf<CalibrationException>([&] { manager.stopSampling(); }), kNoFailure);
-        platform::Console::instance().flush();
-        testing::internal::GetCapturedStdout();
-        EXPECT_EQ(firmware.asked, row.asked);
+        EXPECT_EQ(printedBy([&] { manager.prepareSensors(); }), printed);
+        printedBy([&] {
+            EXPECT_EQ(messageOf<CalibrationException>([&] { manager.startSampling(); }),
+                      "Failed to start PNRRecord");
+            manager.stopSampling();
+        });
+        const std::string log = Logger::instance().text();
+        const std::string last = log.substr(log.rfind("Report Interval is "));
+        EXPECT_EQ(last.substr(0, last.find('\n')),
+                  "Report Interval is " + std::to_string(interval));
+        shutdown(listener, SHUT_RDWR);
+        firmware.join();
+        close(listener);
     }
-}
-
-TEST(SensorManagerLive, FailsWithoutFirmwareOrSensors) {
     const WorkingFolder folder;
     SensorManager manager;
-    const auto startOrStop = [&](auto action) {
+    const auto failureOf = [&](void (SensorManager::*action)()) {
         return messageOf<CalibrationException>([&] { (manager.*action)(); });
     };
-    EXPECT_EQ(startOrStop(&SensorManager::stopSampling), "No sensors were set for sampling");
+    EXPECT_EQ(failureOf(&SensorManager::stopSampling), "No sensors were set for sampling");
     manager.setSensors(fakeSensors("Accelerometer"));
-    EXPECT_EQ(startOrStop(&SensorManager::startSampling), "Failed to start sampling");
-    EXPECT_EQ(startOrStop(&SensorManager::stopSampling), "Failed to stop sampling");
+    EXPECT_EQ(failureOf(&SensorManager::startSampling), "Failed to start sampling");
+    EXPECT_EQ(failureOf(&SensorManager::stopSampling), "Failed to stop sampling");
 }
 
 }  // namespace

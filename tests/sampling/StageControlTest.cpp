@@ -10,61 +10,51 @@
 namespace tavocal::test {
 namespace {
 
-const std::string kNoSamples = "DATA COLLECTION FAILED\n Failed to get samples from FW";
-
-class StageControlTest : public testing::Test {
-  protected:
-    std::string waited() {
-        return messageOf<CalibrationException>([this] { stages.waitForStage(); });
-    }
-    std::string finishedByKey() {
-        return messageOf<CalibrationException>([this] { stages.finishUserStage(); });
-    }
-
-    StageControl stages;
-};
-
-TEST_F(StageControlTest, StageIsWaitedForOrHasEndedBefore) {
-    stages.stageDone(true);
-    EXPECT_EQ(waited(), kNoFailure);
-    EXPECT_TRUE(stages.status());
-    std::thread worker([this] { stages.stageDone(true); });
-    EXPECT_EQ(waited(), kNoFailure);
-    worker.join();
+// What the main thread gets after a wait or a key.
+std::string result(StageControl& stages,
+                   void (StageControl::*end)() = &StageControl::waitForStage) {
+    return messageOf<CalibrationException>([&] { (stages.*end)(); });
 }
 
-TEST_F(StageControlTest, EndCountsForOneWaitAndNotBeyondAStart) {
+TEST(StageControl, EndCountsForOneWaitAndNotBeyondAStart) {
     const std::string timeout =
         "DATA COLLECTION FAILED\n Timeout, failed to get stable samples or to detect motion of the "
         "required sensors";
+    StageControl stages;
     EXPECT_EQ(std::exchange(stages.stageTimeout, std::chrono::milliseconds(1)).count(), 60000);
     stages.stageDone(true);
-    EXPECT_EQ(waited(), kNoFailure);
-    EXPECT_EQ(waited(), timeout);
+    EXPECT_EQ(result(stages), kNoFailure);
+    EXPECT_TRUE(stages.status());
+    EXPECT_EQ(result(stages), timeout);
     EXPECT_FALSE(stages.status());
     stages.stageDone(true);
     stages.reset();
-    EXPECT_EQ(waited(), timeout);
+    EXPECT_EQ(result(stages), timeout);
+    StageControl later;
+    std::thread worker([&] { later.stageDone(true); });
+    EXPECT_EQ(result(later), kNoFailure);
+    worker.join();
 }
 
-TEST_F(StageControlTest, FirstReasonCountsAndNoSuccessCoversIt) {
+TEST(StageControl, FirstReasonCountsAndNoSuccessCoversIt) {
+    StageControl silent;
+    silent.stageDone(false);
+    EXPECT_EQ(result(silent), "DATA COLLECTION FAILED\n Failed to get samples from FW");
+    StageControl stages;
+    stages.stageFailed("first");
+    stages.stageFailed("second");
+    stages.stageDone(true);
+    EXPECT_EQ(result(stages), "first");
+    stages.stageDone(true);
+    EXPECT_EQ(result(stages), kNoFailure);
+    // While the key is waited for, and between two steps, only failures count.
+    stages.beginUserStage();
+    EXPECT_EQ(result(stages, &StageControl::finishUserStage), kNoFailure);
     stages.stageDone(false);
-    EXPECT_EQ(waited(), kNoSamples);
-    StageControl other;
-    other.stageFailed("first");
-    other.stageFailed("second");
-    other.stageDone(true);
-    EXPECT_EQ(messageOf<CalibrationException>([&] { other.waitForStage(); }), "first");
-    other.stageDone(true);
-    other.waitForStage();
-}
-
-TEST_F(StageControlTest, OnlyFailuresCountWhileTheKeyIsWaitedFor) {
     stages.beginUserStage();
-    EXPECT_EQ(finishedByKey(), kNoFailure);
-    stages.stageFailed("between two steps");
+    EXPECT_EQ(result(stages, &StageControl::finishUserStage), "first");
     stages.beginUserStage();
-    EXPECT_EQ(finishedByKey(), "between two steps");
+    EXPECT_EQ(result(stages, &StageControl::finishUserStage), kNoFailure);
 }
 
 }  // namespace

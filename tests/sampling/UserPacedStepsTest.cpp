@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "base/Failures.h"
-#include "platform/Console.h"
 #include "sampling/FakeRunParts.h"
 #include "support/MessageOf.h"
 
@@ -16,14 +15,15 @@ std::string walkThrough(const std::string& sensorName, const std::string& badCal
     FakeSensor sensor(sensorName);
     sensor.badCall = badCall;
     UserPacedSteps steps;
-    testing::internal::CaptureStdout();
-    const std::string message = messageOf<CalibrationException>([&] {
-        for (const std::size_t stored : {100U, 250U, 400U, 600U}) {
-            steps.finish(sensor, stored, stored == 400);
-        }
+    std::string message;
+    const std::string printed = printedBy([&] {
+        message = messageOf<CalibrationException>([&] {
+            for (const std::size_t stored : {100U, 250U, 400U, 600U}) {
+                steps.finish(sensor, stored, stored == 400);
+            }
+        });
     });
-    platform::Console::instance().flush();
-    return sensor.calls + "\n" + testing::internal::GetCapturedStdout() + message;
+    return sensor.calls + "\n" + printed + message;
 }
 
 TEST(UserPacedSteps, EachMovementIsCheckedAtItsKey) {
