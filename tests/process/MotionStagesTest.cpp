@@ -34,10 +34,8 @@ TEST(MotionStages, OperatorIsLedThroughEachFlow) {
     const std::tuple<FlowType, std::string, Prompts> rows[] = {
         {Full, "AG", full},
         {Full, "AM", full},
-        {Full, "AGM", full},
         {Full, "A", {full[0], full[2], full[4], full[6]}},
         {FourSteps, "A", fourSteps},
-        {FourSteps, "AGM", fourSteps},
         {MagAccuracyTest, "AM", magAccuracy},
         {Minimal, "GM", {full[0]}},
         {Minimal, "AG", {fourSteps[0]}}};
