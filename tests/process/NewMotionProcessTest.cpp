@@ -14,8 +14,7 @@ using Times = std::vector<double>;
 
 // A device in the hand of a test. Its indicators, named by their initials, show what they are told
 // to, every 10 ms from 0 ms on.
-class HeldDevice {
-  public:
+struct HeldDevice {
     HeldDevice(FlowType flow, const std::string& indicators) : run(flow) {
         for (const std::string name : {"Accelerometer", "Gyroscope", "Magnetometer"}) {
             values[name[0]] = {0, 0, name[0] == 'A' ? 1.0 : 0.0};
@@ -40,9 +39,8 @@ class HeldDevice {
                 const Sample sample = {t, values[letter] + Vector{parity * shakes[letter], 0, 0}};
                 sensor->dataRecieved(sample);
                 run.process.CalibrationControl(sample);
-                if (std::exchange(run.process.canMoveNext, false)) {
-                    ends.push_back(t);
-                }
+                ends.resize(ends.size() + (run.process.canMoveNext ? 1 : 0), t);
+                run.process.canMoveNext = false;
                 t += later;
             }
         }
@@ -52,12 +50,59 @@ class HeldDevice {
     MotionReplay run;
     std::map<char, std::shared_ptr<InertialSensor>> sensors;
     Times ends;  // when each stage was over
-
-  private:
     std::map<char, Vector> values;
     std::map<char, double> shakes;
     double time = 0.0, parity = 1.0;
 };
+
+// What the operator reads at each step, for each set of indicators that matters.
+TEST(MotionStages, OperatorIsLedThroughEachFlow) {
+    using Prompts = std::vector<std::string>;
+    const std::string place = "Place the device screen's ";
+    const std::string turn = "Slowly, rotate the device ";
+    const std::string end = "\nAt the end of this stage, the device's ";
+    const std::string quarter = turn + "90 degrees counterclockwise around Z axis" + end;
+    const Prompts full = {place + "Z axis directed UP, Y axis directed to North",
+                          turn + "360 degrees counterclockwise around Z axis",
+                          place + "Y axis directed UP, Z axis directed to South",
+                          turn + "360 degrees counterclockwise around Y axis",
+                          place + "X axis directed UP, Z axis directed to South",
+                          turn + "360 degrees counterclockwise around X axis",
+                          place + "Y axis directed DOWN, Z axis directed to South"};
+    const Prompts fourSteps = {
+        place + "Z axis directed UP",
+        turn + "90 degrees counterclockwise around Y axis" + end + "X axis directed DOWN",
+        quarter + "Y axis directed UP",
+        turn + "90 degrees clockwise around X axis" + end +
+            "Z axis is directed UP; device turned 90 degrees vs. initial state"};
+    const Prompts magAccuracy = {full[0], quarter + "Z axis directed UP, Y axis directed to West",
+                                 quarter + "Z axis directed UP, Y axis directed to South",
+                                 quarter + "Z axis directed UP, Y axis directed to East"};
+    const std::tuple<FlowType, std::string, Prompts> rows[] = {
+        {Full, "AG", full},
+        {Full, "AM", full},
+        {Full, "A", {full[0], full[2], full[4], full[6]}},
+        {FourSteps, "A", fourSteps},
+        {MagAccuracyTest, "AM", magAccuracy},
+        {Minimal, "GM", {full[0]}},
+        {Minimal, "AG", {fourSteps[0]}}};
+    for (const auto& [flow, indicators, prompts] : rows) {
+        HeldDevice device(flow, indicators);
+        NewMotionProcess& process = device.run.process;
+        EXPECT_EQ(process.segmentTimes, Times(2 * prompts.size(), 0.0));
+        const std::string count = " out of " + std::to_string(process.stageCount) + ".\n";
+        for (const std::string& prompt : prompts) {
+            std::string text = "Step " + std::to_string(process.currentStep + 1) + count + prompt +
+                               "\nHold system in current position";
+            if (process.currentStep == 0) {
+                text += "\nNOTE:\nDevice should be placed in tablet mode, screen facing up\n";
+                EXPECT_EQ(process.getInstructions(false), text + "Press Enter when done");
+            }
+            EXPECT_EQ(process.getInstructions(true), text);
+            ++process.currentStep;
+        }
+    }
+}
 
 // Four positions, left 2.5 s one after the other; before that, `trembling` moves by what counts as
 // still. The stages grow until a second reaches into either motion.
@@ -73,9 +118,8 @@ TEST(NewMotionProcess, StagesReachToTheMotionThatEndsThem) {
         device.until(2500).shows(mover, {400, 0, 0}).until(5000).shows(mover, {0, 400, 0});
         device.until(7500).shows(mover, {400, 0, 0}).until(9000);
         EXPECT_EQ(device.ends, (Times{1100, 3610, 6110, 8610}));
-        EXPECT_EQ(device.run.segmentTimes(),
-                  (Times{100, firstEnd, 2610, 3910, 5110, 6410, 7610, 8610}))
-            << indicators << trembling;
+        const Times expected = {100, firstEnd, 2610, 3910, 5110, 6410, 7610, 8610};
+        EXPECT_EQ(device.run.segmentTimes(), expected) << indicators << trembling;
     }
 }
 
@@ -145,7 +189,7 @@ TEST(NewMotionProcess, IndicatorsMustBeStill) {
     }
     // Who isn't asked isn't measured.
     HeldDevice loud(Full, "AG");
-    EXPECT_EQ(loud.shows('A', {}, 9).until(3000).sensors['G']->stillness.stillStdLimit, 5.0);
+    EXPECT_EQ(loud.shows('A', {0, 0, 0}, 9).until(3000).sensors['G']->stillness.stillStdLimit, 5.0);
     for (const auto& [shake, stages] : {std::pair(0.0149, 2U), std::pair(0.0151, 1U)}) {
         HeldDevice device(FourSteps, "A");
         device.shows('A', {0, 0, 1}, 0.01).until(2000).shows('A', {0, 0, -1}, shake).until(5000);
@@ -171,18 +215,15 @@ TEST(NewMotionProcess, MinimalFlowTakesOneSecondWhateverTheDeviceDoes) {
     HeldDevice device(Minimal, "G");
     EXPECT_EQ(device.shows('G', {0, 0, 0}, 999).until(990).run.process.stagesDone, -1);
     EXPECT_EQ(device.until(3000).ends, (Times{1000}));
-    EXPECT_EQ(device.run.process.stagesDone, 1);
     EXPECT_EQ(device.run.segmentTimes(), (Times{0, 0}));
 }
 
 TEST(NewMotionProcess, TakesTheIndicatorsThatTheFlowNeeds) {
-    for (const auto& [flow, needed] :
-         {std::pair(Full, "A"), std::pair(FourSteps, "A"), std::pair(Minimal, "AGM"),
-          std::pair(MagAccuracyTest, "M")}) {
+    for (const auto& [flow, needed] : std::map<FlowType, std::string>{
+             {Full, "A"}, {FourSteps, "A"}, {Minimal, "AGM"}, {MagAccuracyTest, "M"}}) {
         std::string enough;
         for (const std::string name : {"Accelerometer", "Gyroscope", "Magnetometer"}) {
             NewMotionProcess process(flow);
-            EXPECT_FALSE(process.isStageIndicator(*makeNamedSensor(name)));
             enough += process.setStageIndicator(makeNamedSensor(name)) ? name.substr(0, 1) : "";
             EXPECT_TRUE(process.isStageIndicator(*makeNamedSensor(name)));
         }
@@ -192,7 +233,6 @@ TEST(NewMotionProcess, TakesTheIndicatorsThatTheFlowNeeds) {
     EXPECT_EQ(
         messageOf<CalibrationException>([&] { process.setStageIndicator(makeSensor({0x41})); }),
         "AmbientLightSensor is invalid type of stageIndicator");
-    EXPECT_TRUE(process.needsUserInput());
     process.currentStep = 1;
     EXPECT_FALSE(process.needsUserInput());
     EXPECT_EQ(messageOf<CalibrationException>([&] { process.readUserInput(); }), "Internal error");

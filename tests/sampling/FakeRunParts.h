@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <sstream>
 
 #include "platform/Console.h"
 #include "process/Process.h"
@@ -50,12 +49,11 @@ class FakeSensor : public GenericSensor {
     std::string calls;
 };
 
-// Sensors by their display names with a blank in between.
-inline std::vector<std::shared_ptr<Sensor>> fakeSensors(const std::string& displayNames) {
+// Sensors by their display names.
+inline std::vector<std::shared_ptr<Sensor>> fakeSensors(const std::vector<std::string>& names) {
     std::vector<std::shared_ptr<Sensor>> sensors;
-    std::istringstream words(displayNames);
-    for (std::string word; words >> word;) {
-        sensors.push_back(std::make_shared<FakeSensor>(word));
+    for (const std::string& name : names) {
+        sensors.push_back(std::make_shared<FakeSensor>(name));
     }
     return sensors;
 }

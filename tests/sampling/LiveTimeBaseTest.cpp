@@ -9,7 +9,7 @@
 namespace tavocal::test {
 
 TEST(LiveTimeBase, DataBeginsWhenEverySensorHasDelivered) {
-    const auto sensors = fakeSensors("Accelerometer Gyroscope");
+    const auto sensors = fakeSensors({"Accelerometer", "Gyroscope"});
     LiveTimeBase base;
     const auto place = [&](std::size_t sensor, double time) {
         return base.place(*sensors[sensor], time, sensors);

@@ -2,13 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "base/Failures.h"
 #include "formats/CsvParser.h"
 #include "formats/DumpPaths.h"
 #include "sampling/FakeRunParts.h"
 #include "support/MessageOf.h"
 #include "support/TempFolder.h"
-#include "support/WorkingFolder.h"
 
 namespace tavocal::test {
 namespace {
@@ -17,7 +18,7 @@ using enum RunCommand;
 
 // A run of two stages, each of which one sample of the accelerometer ends.
 struct SampledRun {
-    explicit SampledRun(const std::string& names, RunCommand command = Calibrate,
+    explicit SampledRun(const std::vector<std::string>& names, RunCommand command = Calibrate,
                         const std::vector<std::string>& types = FakeProcess().types)
         : sensors(fakeSensors(names)) {
         process->runType = command;
@@ -31,8 +32,7 @@ struct SampledRun {
         };
         for (std::size_t i = 0; i < sensors.size(); ++i) {
             fake(i).onSample = [this, i](const Sample& sample) {
-                log +=
-                    sensors[i]->name[0] + std::to_string(static_cast<int>(sample.timestamp)) + " ";
+                log += sensors[i]->name[0] + std::to_string(std::lround(sample.timestamp)) + " ";
             };
         }
         manager.setSensors(sensors);
@@ -57,8 +57,7 @@ struct SampledRun {
             }
         }
         CsvParser().writeToFile(dumpTemplate(folder.path(), "d.csv"), samples);
-        EXPECT_EQ(printedBy([&] { manager.loadDump(folder.path(), "d", false); }),
-                  "Loading data dump, this might take a while...\n");
+        printedBy([&] { manager.loadDump(folder.path(), "d", false); });
         return messageOf<Failure>([&] { manager.playData(); });
     }
     std::string waited() {
@@ -73,18 +72,19 @@ struct SampledRun {
 
 // Stages are found by an accelerometer of the run's own if the last offer isn't enough.
 TEST(SensorManager, OffersSensorsUpToTheFirstPrimaryOne) {
-    for (const auto& [names, calls] :
-         {std::pair("Accelerometer_2 Accelerometer", "Accelerometer_2 Accelerometer built"),
-          std::pair("Accelerometer Accelerometer_2", "Accelerometer built"),
-          std::pair("Gyroscope Magnetometer Gyroscope_2 Magnetometer_2 Accelerometer",
-                    "Gyroscope Magnetometer Accelerometer built"),
-          std::pair("AmbientLightSensor_2 Accelerometer AmbientLightSensor",
-                    "light:AmbientLightSensor_2 Accelerometer light:AmbientLightSensor built"),
-          std::pair("Accelerometer Gyroscope", "Accelerometer Gyroscope Accelerometer built"),
-          std::pair("Magnetometer_2", "Magnetometer_2 Accelerometer built")}) {
+    const std::pair<std::vector<std::string>, std::string> rows[] = {
+        {{"Accelerometer_2", "Accelerometer"}, "Accelerometer_2 Accelerometer built"},
+        {{"Accelerometer", "Accelerometer_2"}, "Accelerometer built"},
+        {{"Gyroscope", "Magnetometer", "Gyroscope_2", "Magnetometer_2", "Accelerometer"},
+         "Gyroscope Magnetometer Accelerometer built"},
+        {{"AmbientLightSensor_2", "Accelerometer", "AmbientLightSensor"},
+         "light:AmbientLightSensor_2 Accelerometer light:AmbientLightSensor built"},
+        {{"Accelerometer", "Gyroscope"}, "Accelerometer Gyroscope Accelerometer built"},
+        {{"Magnetometer_2"}, "Magnetometer_2 Accelerometer built"}};
+    for (const auto& [names, calls] : rows) {
         EXPECT_EQ(SampledRun(names).process->calls, calls);
     }
-    SampledRun run("Gyroscope");
+    SampledRun run({"Gyroscope"});
     EXPECT_EQ(&run.process->offered->run(), &run.manager);
     run.manager.prepareSensors();
     EXPECT_EQ(run.manager.findSensor("0073000000000000")->sensor, run.process->offered);
@@ -92,7 +92,7 @@ TEST(SensorManager, OffersSensorsUpToTheFirstPrimaryOne) {
     EXPECT_FALSE(run.manager.findSensor("0073000000000002"));
     for (const std::string type : {"Magnetometer", "AmbientLightSensor"}) {
         EXPECT_EQ(
-            messageOf<CalibrationException>([&] { SampledRun("Gyroscope", Calibrate, {type}); }),
+            messageOf<CalibrationException>([&] { SampledRun({"Gyroscope"}, Calibrate, {type}); }),
             "Could not locate sensor " + type + " for sampling. " + type +
                 " is mandatory for this calibration process");
     }
@@ -103,23 +103,20 @@ TEST(SensorManager, ReplaysUntilTheLastStage) {
         "Unexpected data dump size. Not enough data for completing the calibration process";
     const std::string early =
         "Data streaming rate was invalid. Not enough data points were sampled for Gyroscope";
-    const std::tuple<RunCommand, std::vector<std::vector<double>>, std::string, int> rows[] = {
-        {Calibrate, {{10, 20, 30}, {20, 30, 40}}, kNoFailure, 2},
-        {Calibrate, {{10}, {20, 500}}, early, 2},
-        {Calibrate, {{10}, {20}}, tooShort, 1},
-        {CalibrateAls, {{10}, {20}}, tooShort, 1},
-        {TestCalibration, {{10}, {20}}, kNoFailure, 1},
-        {MagEnvironmentTest, {{10}, {20}}, kNoFailure, 2}};
-    for (const auto& [command, times, message, stagesDone] : rows) {
-        SampledRun run("Gyroscope Accelerometer", command);
+    const std::tuple<RunCommand, std::vector<std::vector<double>>, std::string, std::string>
+        rows[] = {{Calibrate, {{10, 20, 30}, {20, 30, 40}}, kNoFailure, "G10 A20 ! G20 A30 ! 2"},
+                  {Calibrate, {{10}, {20, 500}}, early, "G10 A20 ! A500 ! 2"},
+                  {Calibrate, {{10}, {20}}, tooShort, "G10 A20 ! 1"},
+                  {CalibrateAls, {{10}, {20}}, tooShort, "G10 A20 ! 1"},
+                  {TestCalibration, {{10}, {20}}, kNoFailure, "G10 A20 ! 1"},
+                  {MagEnvironmentTest, {{10}, {20}}, kNoFailure, "G10 A20 ! 2"}};
+    for (const auto& [command, times, message, log] : rows) {
+        SampledRun run({"Gyroscope", "Accelerometer"}, command);
         EXPECT_EQ(run.replay(times), message);
-        EXPECT_EQ(run.process->stagesDone, stagesDone);
-        EXPECT_EQ(run.log, times[0].size() == 3   ? "G10 A20 ! G20 A30 ! "
-                           : times[1].size() == 2 ? "G10 A20 ! A500 ! "
-                                                  : "G10 A20 ! ");
+        EXPECT_EQ(run.log + std::to_string(run.process->stagesDone), log);
     }
     // A sensor's failure leaves the run with what got through; that of a light stage ends it.
-    SampledRun run("Gyroscope Accelerometer");
+    SampledRun run({"Gyroscope", "Accelerometer"});
     run.failAt<CalibrationException>(0);
     EXPECT_EQ(run.replay({{15}, {10, 20}}), kNoFailure);
     EXPECT_EQ(run.log, "A10 ! ");
@@ -129,7 +126,7 @@ TEST(SensorManager, ReplaysUntilTheLastStage) {
 }
 
 TEST(SensorManager, ReversesStoresAndHandsOnLiveSamples) {
-    SampledRun run("Gyroscope Accelerometer");
+    SampledRun run({"Gyroscope", "Accelerometer"});
     run.manager.prepareSensors();
     run.live(0, 500.0, {1.0, 2.0});
     run.live(0, 1000.0);
@@ -148,15 +145,19 @@ TEST(SensorManager, ReversesStoresAndHandsOnLiveSamples) {
     EXPECT_EQ(run.waited(), "Math Error: torn off");
 }
 
-TEST(SensorManager, FailsWithoutFirmwareOrSensors) {
-    const WorkingFolder folder;
-    SampledRun run("Accelerometer");
+TEST(SensorManager, TellsWhatItCanNotGetFromTheFirmware) {
+    SampledRun light({"Accelerometer"}, CalibrateAls);
     const auto failureOf = [&](void (SensorManager::*action)()) {
-        return messageOf<CalibrationException>([&] { (run.manager.*action)(); });
+        return messageOf<CalibrationException>([&] { (light.manager.*action)(); });
     };
+    EXPECT_EQ(printedBy([&] { light.manager.prepareSensors(); }),
+              "failed to get minimal reporting interval from sensor, will use default sampling "
+              "interval: 20ms\n");
+    light.manager.setSamplingInterval(50);
+    EXPECT_EQ(printedBy([&] { light.manager.prepareSensors(); }), "");
     EXPECT_EQ(failureOf(&SensorManager::startSampling), "Failed to start sampling");
     EXPECT_EQ(failureOf(&SensorManager::stopSampling), "Failed to stop sampling");
-    run.manager.setSensors({});
+    light.manager.setSensors({});
     EXPECT_EQ(failureOf(&SensorManager::stopSampling), "No sensors were set for sampling");
 }
 

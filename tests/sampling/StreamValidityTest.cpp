@@ -15,7 +15,7 @@ constexpr double kNever = -1.0;
 // as `taken` into account.
 std::string verdict(const std::vector<double>& times, std::size_t taken = 2,
                     const std::string& indicators = "Accelerometer;") {
-    const auto sensors = fakeSensors("Gyroscope_2 Accelerometer Magnetometer");
+    const auto sensors = fakeSensors({"Gyroscope_2", "Accelerometer", "Magnetometer"});
     SensorDataMap samples;
     for (std::size_t i = 0; i < sensors.size(); ++i) {
         if (times[i] != kNever) {
