@@ -3,29 +3,26 @@
 #include <gtest/gtest.h>
 
 namespace tavocal::test {
-namespace {
-
-// The streams in the order in which their samples come, such as "0110"; a null one is among them.
-std::string mergedOrder(const std::vector<std::vector<double>>& times) {
-    std::vector<std::vector<Sample>> streams(times.size());
-    std::vector<const std::vector<Sample>*> pointers;
-    for (std::size_t i = 0; i < times.size(); ++i) {
-        for (const double time : times[i]) {
-            streams[i].push_back({time, {}});
-        }
-        pointers.push_back(&streams[i]);
-    }
-    pointers.push_back(nullptr);
-    ReplayMerge merge(pointers);
-    std::string order;
-    for (std::size_t stream = 0; merge.next(stream) != nullptr && order.size() < 99;) {
-        order += std::to_string(stream);
-    }
-    return order;
-}
-
 // Every sample comes exactly once, the earliest first, the later stream first at equal times.
 TEST(ReplayMerge, GoesByTimeAndThenFromTheLastStream) {
+    // The streams in the order in which their samples come; a null one is among them.
+    const auto mergedOrder = [](const std::vector<std::vector<double>>& times) {
+        std::vector<std::vector<Sample>> streams(times.size());
+        std::vector<const std::vector<Sample>*> pointers;
+        for (std::size_t i = 0; i < times.size(); ++i) {
+            for (const double time : times[i]) {
+                streams[i].push_back({time, {}});
+            }
+            pointers.push_back(&streams[i]);
+        }
+        pointers.push_back(nullptr);
+        ReplayMerge merge(pointers);
+        std::string order;
+        for (std::size_t stream = 0; merge.next(stream) != nullptr && order.size() < 99;) {
+            order += std::to_string(stream);
+        }
+        return order;
+    };
     EXPECT_EQ(mergedOrder({{1, 3, 3, 9}, {2, 3}}), "011000");
     EXPECT_EQ(mergedOrder({{5, 6}, {5}, {5}}), "2100");
     EXPECT_EQ(mergedOrder({{}, {0}, {0, 0}}), "221");
@@ -40,5 +37,4 @@ TEST(ReplayMerge, GoesByTimeAndThenFromTheLastStream) {
     EXPECT_EQ(ReplayMerge({}).next(stream), nullptr);
 }
 
-}  // namespace
 }  // namespace tavocal::test

@@ -7,26 +7,23 @@
 #include "support/MessageOf.h"
 
 namespace tavocal::test {
-namespace {
-
-// Three turns and a walk, with 100, 250, 400 and 600 samples stored at the keys: what was asked of
-// the sensor, what was printed, and the failure.
-std::string walkThrough(const std::string& sensorName, const std::string& badCall) {
-    FakeSensor sensor(sensorName);
-    sensor.badCall = badCall;
-    UserPacedSteps steps;
-    std::string message;
-    const std::string printed = printedBy([&] {
-        message = messageOf<CalibrationException>([&] {
-            for (const std::size_t stored : {100U, 250U, 400U, 600U}) {
-                steps.finish(sensor, stored, stored == 400);
-            }
-        });
-    });
-    return sensor.calls + "\n" + printed + message;
-}
 
 TEST(UserPacedSteps, EachMovementIsCheckedAtItsKey) {
+    // Three turns and a walk, with 100, 250, 400 and 600 samples stored at the keys: what was asked
+    // of the sensor, what was printed, and the failure.
+    const auto walkThrough = [](const std::string& sensorName, const std::string& badCall) {
+        FakeSensor sensor(sensorName);
+        sensor.badCall = badCall;
+        const std::string printed = printedBy([&] {
+            platform::Console::instance().write(messageOf<CalibrationException>([&] {
+                UserPacedSteps steps;
+                for (const std::size_t stored : {100U, 250U, 400U, 600U}) {
+                    steps.finish(sensor, stored, stored == 400);
+                }
+            }));
+        });
+        return sensor.calls + "\n" + printed;
+    };
     const std::string key = "\nUser pressed to signal end";
     const std::string abnormal =
         " phase in mag environment test is abnormal. Make sure the movement instructions were "
@@ -44,5 +41,4 @@ TEST(UserPacedSteps, EachMovementIsCheckedAtItsKey) {
     EXPECT_EQ(walkThrough("Gyroscope_2", "walk"), "end " + key + key + key + key + "\nno failure");
 }
 
-}  // namespace
 }  // namespace tavocal::test
