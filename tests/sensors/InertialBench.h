@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <regex>
 #include <string>
 
 #include "support/FakeRun.h"
@@ -31,5 +32,15 @@ struct InertialBench {
     FakeRun run;
     std::shared_ptr<Class> sensor;
 };
+
+// What a sensor reported, in one line, without its attributes and the comments on values: rows as
+// name(1.000000,2.000000;).
+inline std::string valuesOf(Sensor& sensor) {
+    std::string report = reportOf(sensor);
+    report = report.substr(report.find("](") + 2);
+    report = std::regex_replace(report, std::regex("!(The|Orig|Meas|meas|noise|exp)[^!]*! "), "");
+    return std::regex_replace(
+        report, std::regex("(\\[Rows=1 Cols=3\\])?\\(Values\\('([^']*)'\\)\\)"), "($2)");
+}
 
 }  // namespace tavocal::test

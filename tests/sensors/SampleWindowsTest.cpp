@@ -34,13 +34,10 @@ TEST(SampleWindowsTest, FindsSamplesByTime) {
 }
 
 TEST(SampleWindowsTest, MeasuresTheAxisThatMovesMost) {
-    constexpr double kLeast = 2.2250738585072014e-308;
     EXPECT_EQ(maxRange(kSamples, {0, 2}), 2.0);
     EXPECT_EQ(maxRange(kSamples, {0, 3}), 8.0);
-    EXPECT_EQ(maxRange(kSamples, {3, 3}), kLeast);
     EXPECT_EQ(maxStd(kSamples, {0, 1}), 1.0);
     EXPECT_EQ(maxStd(kSamples, {1, 2}), 0.5);
-    EXPECT_EQ(maxStd(kSamples, {3, 3}), kLeast);
     EXPECT_EQ(maxRange({}, {0, 0}), 0.0);
     for (const IndexWindow window : {IndexWindow{-1, 3}, IndexWindow{0, 4}, IndexWindow{4, 3}}) {
         for (const auto measure : {maxRange, maxStd}) {

@@ -32,28 +32,18 @@ TEST(SensorTest, TypeDecidesTheClass) {
     struct Case {
         int type;
         std::string name;
-        int kind;
-        Unit samplingUnit, firmwareUnit;
-        int rawDivisor, values;
+        int kind, rawDivisor, values;
     };
     for (const Case& c :
-         {Case{0x41, "AmbientLightSensor", 2, Unit::lux, Unit::lux, 1000, 1},
-          Case{0x73, "Accelerometer", 1, Unit::g0, Unit::microg0, 1000000, 3},
-          Case{0x76, "Gyroscope", 1, Unit::degPerSec, Unit::degPerSec5, 100000, 3},
-          Case{0x7D, "Magnetometer", 1, Unit::milliGauss, Unit::microGauss, 1000, 3},
-          Case{0x20F, "Magnetometer", 1, Unit::milliGauss, Unit::microGauss, 1000, 3},
-          Case{0x71, "", 1, Unit::unknown, Unit::unknown, 100000, 3},
-          Case{0x70, "", 0, Unit::unknown, Unit::unknown, 100000, 0}}) {
-        SCOPED_TRACE(c.type);
+         {Case{0x41, "AmbientLightSensor", 2, 1000, 1}, Case{0x73, "Accelerometer", 1, 1000000, 3},
+          Case{0x76, "Gyroscope", 1, 100000, 3}, Case{0x7D, "Magnetometer", 1, 1000, 3},
+          Case{0x20F, "Magnetometer", 1, 1000, 3}, Case{0x71, "", 1, 100000, 3},
+          Case{0x70, "", 0, 100000, 0}}) {
         const auto sensor = sensorOf(c.type);
         EXPECT_EQ(sensor->getDisplayName(), c.name);
-        EXPECT_EQ(sensor->sensorKind, c.kind);
-        EXPECT_EQ(sensor->samplingUnit, c.samplingUnit);
-        EXPECT_EQ(sensor->firmwareUnit, c.firmwareUnit);
-        EXPECT_EQ(sensor->rawDivisor, c.rawDivisor);
-        EXPECT_EQ(sensor->valuesPerSample, c.values);
+        EXPECT_EQ(std::tuple(sensor->sensorKind, sensor->rawDivisor, sensor->valuesPerSample),
+                  std::tuple(c.kind, c.rawDivisor, c.values));
         EXPECT_EQ(sensor->isCalibratable(), !c.name.empty());
-        EXPECT_TRUE(sensor->isTestable());
         EXPECT_FALSE(sensorOf(c.type, 1)->isCalibratable() || sensorOf(c.type, 1)->isTestable());
     }
     for (const int type :
@@ -86,10 +76,8 @@ TEST(SensorTest, BlockHasTheFormatAndSizeOfItsSensor) {
         EXPECT_EQ(verdictOn(*sensor, c.format, c.most + 1), badSize);
         EXPECT_EQ(verdictOn(*sensor, c.format, c.most + 4, 4), kNoFailure);  // vendor data
         EXPECT_EQ(verdictOn(*sensor, c.format, c.most + 4, 3), badSize);
-        EXPECT_EQ(verdictOn(*sensor, c.format, 0), badSize);
-        const std::string format = "Unsupported format of " + c.name + " Sensor calibration data";
-        EXPECT_EQ(verdictOn(*sensor, 127, c.least), format);
-        EXPECT_EQ(verdictOn(*sensor, 3, c.most + 4, 4), format);
+        EXPECT_EQ(verdictOn(*sensor, 3, c.most + 4, 4),
+                  "Unsupported format of " + c.name + " Sensor calibration data");
         EXPECT_EQ(verdictOn(*sensor, 128, 1), kNoFailure);
     }
     EXPECT_EQ(verdictOn(*sensorOf(0x70), 99, 1), kNoFailure);
@@ -107,42 +95,16 @@ TEST(SensorTest, WhiteNoiseGoesIntoTheLoadedBlock) {
     sensor->setCalibrationData({1, 7, 1, 1, 1, 1, 5, 5, 5, 5, 5, 5});
     EXPECT_EQ(failure(*sensor), kNoFailure);
     EXPECT_EQ(sensor->calibrationToWrite, (CalibrationBlock{1, 7, 3, 2, 1, 0, 5, 5, 5, 5, 5, 5}));
-    EXPECT_EQ(sensor->getOriginalCalibration()[2], 1);
-    sensor->originalCalibration.resize(5);
-    EXPECT_EQ(failure(*sensor), "Invalid calibration data size");
-}
-
-TEST(SensorReportTest, CollectsResultsBelowTheSensor) {
-    const auto sensor = makeNamedSensor("Magnetometer_2");
-    EXPECT_FALSE(sensor->report.exists());
-    sensor->report.beginSubtree("Part");
-    EXPECT_TRUE(sensor->report.exists());
-    sensor->report.setAttribute("Inner", "1");
-    sensor->report.setRootAttribute("Success", "true");
-    sensor->report.addMatrix(Matrix(2, 1, {1.0, -2.5}), "Square", "");
-    sensor->report.addScalar(1.0 / 3.0, "Third", "a third");
-    sensor->report.endSubtree();
-    sensor->report.addAttributed("A", "", "text", "Key", "", "", "value");
-    sensor->report.addAttributed("B", "both", "text", "K", "1", "L", "2");
-    sensor->report.setAttribute("Outer", "2");
-    EXPECT_EQ(reportOf(*sensor),
-              "Sensor[LUID=020f000000000102 Type=Magnetometer SamplingUnit=milliGauss Success=true "
-              "IsPrimary=false Outer=2](Part[Inner=1](Square[Rows=2 Cols=1](Values('1.000000;"
-              "-2.500000;')) !a third! Third(Values('0.333333'))) A(Values('text')) !both! "
-              "B[K=1 L=2](Values('text')))");
 }
 
 TEST(LuidTest, TextAndBytesCarryEveryField) {
     const LUID luid = {0x1234, 0x5678, 0x9ABC, 0xDE, 0xF0};
-    EXPECT_EQ(luidText(luid), "123456789abcdef0");
-    EXPECT_EQ(luidBytes(luid)[1], 0x12);
-    EXPECT_EQ(luidFromBytes(luidBytes(luid).data()), luid);
     LUID parsed;
     EXPECT_TRUE(parseLuidText("123456789ABCdef0", parsed));
-    for (const char* const text : {"123456789abcdef", "123456789abcdef01", "123456789abcdeg0"}) {
-        EXPECT_FALSE(parseLuidText(text, parsed)) << text;
-    }
+    EXPECT_FALSE(parseLuidText("123456789abcdeg0", parsed));
     EXPECT_EQ(parsed, luid);
+    EXPECT_EQ(luidText(luid), "123456789abcdef0");
+    EXPECT_EQ(luidFromBytes(luidBytes(luid).data()), luid);
 }
 
 }  // namespace tavocal::test
