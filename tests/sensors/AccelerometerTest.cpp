@@ -2,13 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "base/Failures.h"
-#include "base/Text.h"
 #include "numerics/MatrixInverse.h"
-#include "numerics/NumericsTesting.h"
 #include "sensors/InertialBench.h"
 #include "sensors/InertialBlock.h"
-#include "support/MessageOf.h"
 
 namespace tavocal::test {
 

@@ -2,17 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-
-#include "base/Failures.h"
-#include "base/Text.h"
 #include "numerics/MatrixInverse.h"
-#include "numerics/NumericsTesting.h"
 #include "sensors/InertialBench.h"
 #include "sensors/InertialBlock.h"
-#include "support/Angles.h"
-#include "support/MessageOf.h"
-#include "support/Printed.h"
 
 namespace tavocal::test {
 

@@ -1,11 +1,26 @@
 #pragma once
 
+// What the tests of inertial sensors share.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
 #include <memory>
 #include <regex>
+#include <sstream>
 #include <string>
+#include <tuple>
 
+#include "base/Failures.h"
+#include "base/Text.h"
+#include "numerics/NumericsTesting.h"
+#include "numerics/TextForms.h"
+#include "support/Angles.h"
 #include "support/FakeRun.h"
+#include "support/MessageOf.h"
 #include "support/MotionReplay.h"
+#include "support/Printed.h"
 
 namespace tavocal::test {
 

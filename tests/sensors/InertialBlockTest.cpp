@@ -2,13 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
-
-#include "base/Failures.h"
-#include "numerics/NumericsTesting.h"
 #include "sensors/InertialBench.h"
-#include "support/MessageOf.h"
-
 namespace tavocal::test {
 
 namespace {

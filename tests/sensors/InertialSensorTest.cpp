@@ -2,17 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <limits>
-#include <sstream>
-
-#include "base/Failures.h"
-#include "numerics/NumericsTesting.h"
 #include "sensors/Accelerometer.h"
 #include "sensors/Gyroscope.h"
 #include "sensors/InertialBench.h"
 #include "sensors/Magnetometer.h"
-#include "support/MessageOf.h"
 
 namespace tavocal::test {
 

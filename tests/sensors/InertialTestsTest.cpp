@@ -2,13 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <tuple>
-
-#include "base/Text.h"
 #include "sensors/Assertions.h"
 #include "sensors/InertialBench.h"
-#include "support/Printed.h"
 
 namespace tavocal::test {
 

@@ -2,14 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "base/Failures.h"
-#include "base/Text.h"
-#include "numerics/NumericsTesting.h"
-#include "numerics/TextForms.h"
 #include "sensors/InertialBench.h"
-#include "support/Angles.h"
-#include "support/MessageOf.h"
-
 namespace tavocal::test {
 
 namespace {

@@ -2,13 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-
-#include "base/Failures.h"
-#include "support/Angles.h"
-#include "support/MessageOf.h"
-#include "support/MotionReplay.h"
-
+#include "sensors/InertialBench.h"
 namespace tavocal::test {
 
 // A device that turns about its Z axis at a steady rate, at 100 Hz, and a reference that sees a

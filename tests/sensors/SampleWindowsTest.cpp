@@ -2,9 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "base/Failures.h"
-#include "support/MessageOf.h"
-
+#include "sensors/InertialBench.h"
 namespace tavocal::test {
 
 const std::vector<Sample> kSamples = {{10.0, {0.0, 4.0, 1.0}},

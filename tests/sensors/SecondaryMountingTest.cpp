@@ -2,18 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-
-#include "base/Failures.h"
 #include "formats/FormFactor.h"
-#include "numerics/NumericsTesting.h"
 #include "sensors/ExpectedGravity.h"
 #include "sensors/ExpectedTurns.h"
+#include "sensors/InertialBench.h"
 #include "simulator/Flow.h"
 #include "simulator/SensorFrame.h"
-#include "support/Angles.h"
-#include "support/MessageOf.h"
-#include "support/MotionReplay.h"
 
 namespace tavocal::test {
 

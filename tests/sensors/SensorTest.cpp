@@ -2,11 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "base/Failures.h"
 #include "sensors/GenericSensor.h"
+#include "sensors/InertialBench.h"
 #include "sensors/InertialSensor.h"
-#include "support/MessageOf.h"
-#include "support/MotionReplay.h"
 
 namespace tavocal::test {
 

@@ -2,10 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "base/Failures.h"
-#include "support/MessageOf.h"
-#include "support/MotionReplay.h"
-
+#include "sensors/InertialBench.h"
 namespace tavocal::test {
 
 // A sample on a boundary lies before it; the last stage runs to the end of the samples.
