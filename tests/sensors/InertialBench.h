@@ -8,7 +8,6 @@
 #include <limits>
 #include <memory>
 #include <regex>
-#include <sstream>
 #include <string>
 #include <tuple>
 
@@ -16,11 +15,11 @@
 #include "base/Text.h"
 #include "numerics/NumericsTesting.h"
 #include "numerics/TextForms.h"
+#include "platform/Console.h"
 #include "support/Angles.h"
 #include "support/FakeRun.h"
 #include "support/MessageOf.h"
 #include "support/MotionReplay.h"
-#include "support/Printed.h"
 
 namespace tavocal::test {
 
@@ -47,6 +46,15 @@ struct InertialBench {
     FakeRun run;
     std::shared_ptr<Class> sensor;
 };
+
+// What `action` writes on the console.
+template <typename Action>
+std::string printedBy(Action action) {
+    ::testing::internal::CaptureStdout();
+    action();
+    platform::Console::instance().flush();
+    return ::testing::internal::GetCapturedStdout();
+}
 
 // What a sensor reported, in one line, without its attributes and the comments on values: rows as
 // name(1.000000,2.000000;).

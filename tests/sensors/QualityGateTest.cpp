@@ -164,8 +164,8 @@ TEST_P(QualityGateTest, ReportsWhatItMeasured) {
                   ") WhiteNoise(0.125000,0.250000,0.375000;))");
     // A gyroscope's means are turns, from which the bias has been taken.
     const auto gyroscope = makeNamedSensor("Gyroscope");
-    gyroscope->stageMeans = gyroscope->expectedValues = identity(3);
-    gyroscope->scaleMatrix = gyroscope->axisMapping = identity(3);
+    gyroscope->stageMeans = gyroscope->scaleMatrix = gyroscope->axisMapping = identity(3);
+    gyroscope->expectedValues = identity(3);
     gyroscope->offsetVector = {3.0, 3.0, 3.0};
     gyroscope->limits = {3.0, 0.0, 0.0, 0.0, 0.0, 0.0, 1.0, 0.0};
     fourSteps ? gyroscope->checkSuccess(identity(3)) : gyroscope->checkSuccessGate();

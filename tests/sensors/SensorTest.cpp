@@ -27,23 +27,6 @@ std::string verdictOn(const Sensor& sensor, std::uint8_t format, std::size_t siz
 }  // namespace
 
 TEST(SensorTest, TypeDecidesTheClass) {
-    struct Case {
-        int type;
-        std::string name;
-        int kind, rawDivisor, values;
-    };
-    for (const Case& c :
-         {Case{0x41, "AmbientLightSensor", 2, 1000, 1}, Case{0x73, "Accelerometer", 1, 1000000, 3},
-          Case{0x76, "Gyroscope", 1, 100000, 3}, Case{0x7D, "Magnetometer", 1, 1000, 3},
-          Case{0x20F, "Magnetometer", 1, 1000, 3}, Case{0x71, "", 1, 100000, 3},
-          Case{0x70, "", 0, 100000, 0}}) {
-        const auto sensor = sensorOf(c.type);
-        EXPECT_EQ(sensor->getDisplayName(), c.name);
-        EXPECT_EQ(std::tuple(sensor->sensorKind, sensor->rawDivisor, sensor->valuesPerSample),
-                  std::tuple(c.kind, c.rawDivisor, c.values));
-        EXPECT_EQ(sensor->isCalibratable(), !c.name.empty());
-        EXPECT_FALSE(sensorOf(c.type, 1)->isCalibratable() || sensorOf(c.type, 1)->isTestable());
-    }
     for (const int type :
          {0x71, 0x72, 0x74, 0x75, 0x77, 0x7C, 0x7E, 0x81, 0x8D, 0x241, 0x242, 0x24F}) {
         EXPECT_EQ(sensorOf(type)->sensorKind, Sensor::kInertialKind) << type;
@@ -81,28 +64,6 @@ TEST(SensorTest, BlockHasTheFormatAndSizeOfItsSensor) {
     EXPECT_EQ(verdictOn(*sensorOf(0x70), 99, 1), kNoFailure);
     EXPECT_EQ(verdictOn(*sensorOf(0x70), 99, 0), badSize);
     EXPECT_EQ(verdictOn(*sensorOf(0x71, 0), 0, 1), kNoFailure);
-}
-
-TEST(SensorTest, WhiteNoiseGoesIntoTheLoadedBlock) {
-    const auto sensor = sensorOf(0x73, kDynamicFlag);
-    const auto failure = [](Sensor& s) {
-        return messageOf<CalibrationException>([&] { s.setWhiteNoise(66051.9); });
-    };
-    EXPECT_EQ(failure(*sensorOf(0x73, 0)), "Internal error. Invalid operation was performed");
-    EXPECT_EQ(failure(*sensor), "Error. No original scaling for dynamic sensor Accelerometer");
-    sensor->setCalibrationData({1, 7, 1, 1, 1, 1, 5, 5, 5, 5, 5, 5});
-    EXPECT_EQ(failure(*sensor), kNoFailure);
-    EXPECT_EQ(sensor->calibrationToWrite, (CalibrationBlock{1, 7, 3, 2, 1, 0, 5, 5, 5, 5, 5, 5}));
-}
-
-TEST(LuidTest, TextAndBytesCarryEveryField) {
-    const LUID luid = {0x1234, 0x5678, 0x9ABC, 0xDE, 0xF0};
-    LUID parsed;
-    EXPECT_TRUE(parseLuidText("123456789ABCdef0", parsed));
-    EXPECT_FALSE(parseLuidText("123456789abcdeg0", parsed));
-    EXPECT_EQ(parsed, luid);
-    EXPECT_EQ(luidText(luid), "123456789abcdef0");
-    EXPECT_EQ(luidFromBytes(luidBytes(luid).data()), luid);
 }
 
 }  // namespace tavocal::test
