@@ -1,7 +1,5 @@
 #include "sensors/Gyroscope.h"
 
-#include <gtest/gtest.h>
-
 #include "numerics/MatrixInverse.h"
 #include "sensors/InertialBench.h"
 #include "sensors/InertialBlock.h"

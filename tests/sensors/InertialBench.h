@@ -7,9 +7,10 @@
 #include <cmath>
 #include <limits>
 #include <memory>
-#include <regex>
 #include <string>
 #include <tuple>
+#include <utility>
+#include <vector>
 
 #include "base/Failures.h"
 #include "base/Text.h"
@@ -59,11 +60,18 @@ std::string printedBy(Action action) {
 // What a sensor reported, in one line, without its attributes and the comments on values: rows as
 // name(1.000000,2.000000;).
 inline std::string valuesOf(Sensor& sensor) {
+    const std::vector<std::pair<std::string, std::string>> left = {
+        {"!The ", "! "},         {"!Orig", "! "},  {"!Meas", "! "},
+        {"!meas", "! "},         {"!noise", "! "}, {"!exp", "! "},
+        {"[Rows=1 Cols=3", "]"}, {"Values(", "'"}, {"')", ")"}};
     std::string report = reportOf(sensor);
-    report = report.substr(report.find("](") + 2);
-    report = std::regex_replace(report, std::regex("!(The|Orig|Meas|meas|noise|exp)[^!]*! "), "");
-    return std::regex_replace(
-        report, std::regex("(\\[Rows=1 Cols=3\\])?\\(Values\\('([^']*)'\\)\\)"), "($2)");
+    report.erase(0, report.find("](") + 2);
+    for (const auto& [start, end] : left) {
+        for (auto at = report.find(start); at != std::string::npos; at = report.find(start)) {
+            report.erase(at, report.find(end, at + 1) + end.size() - at);
+        }
+    }
+    return report;
 }
 
 }  // namespace tavocal::test

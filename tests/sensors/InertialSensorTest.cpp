@@ -1,7 +1,5 @@
 #include "sensors/InertialSensor.h"
 
-#include <gtest/gtest.h>
-
 #include <sstream>
 
 #include "sensors/Accelerometer.h"
@@ -103,19 +101,6 @@ TEST(InertialSensorTest, OneSampleOutAndBackIsOneSpike) {
         bench.sensor->bufferedData.push_back({time, {0.0, value, 0.0}});
     }
     EXPECT_EQ(bench.sensor->countSpikes(0, 5.05), 3);
-}
-
-TEST(InertialSensorTest, AppliesACalibration) {
-    Bench bench("Gyroscope_2", FlowType::Full);
-    InertialSensor& sensor = *bench.sensor;
-    sensor.scaleMatrix = Matrix(3, 3, {0.1, -2.0, 0.0, 3.0, 0.2, 0.0, 0.0, 0.0, 0.5});
-    sensor.splitAxisMapping(false);
-    EXPECT_EQ(sensor.axisMapping, Matrix(3, 3, {0, -1, 0, 1, 0, 0, 0, 0, 1}));
-    sensor.offsetVector = {1.0, 2.0, 3.0};
-    sensor.stageMeans.setRow(3, {2.0, 3.0, 5.0});
-    EXPECT_EQ(sensor.calibratedSample(3, true), (Vector{-1.9, 3.2, 1.0}));
-    sensor.noiseVector = {1.0, 2.0, 4.5};
-    EXPECT_EQ(sensor.whiteNoiseInFirmwareUnits(), 250000.0);
 }
 
 }  // namespace tavocal::test

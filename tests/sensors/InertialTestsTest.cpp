@@ -1,7 +1,5 @@
 #include "sensors/InertialTests.h"
 
-#include <gtest/gtest.h>
-
 #include "sensors/InertialBench.h"
 
 namespace tavocal::test {

@@ -1,8 +1,7 @@
 #include "sensors/QualityGate.h"
 
-#include <gtest/gtest.h>
-
 #include "sensors/InertialBench.h"
+
 namespace tavocal::test {
 
 namespace {
@@ -55,16 +54,14 @@ class QualityGateTest : public ::testing::TestWithParam<bool> {
                 fourSteps ? sensor->checkSuccess(sensor->stageMeans) : sensor->checkSuccessGate();
             }),
             passes ? kNoFailure : "Calibration failed for sensor Accelerometer_2. Reason: " + text);
-        results = reportOf(*sensor);
-        EXPECT_TRUE(contains(results, passes ? " Success=true IsPrimary=false]("
-                                             : " Success=false IsPrimary=false FailureParameter=" +
-                                                   parameter + "]("))
-            << results;
+        EXPECT_TRUE(contains(
+            reportOf(*sensor),
+            passes ? " Success=true IsPrimary=false]("
+                   : " Success=false IsPrimary=false FailureParameter=" + parameter + "]("));
     }
 
     const bool fourSteps = GetParam();
     std::shared_ptr<InertialSensor> sensor;
-    std::string results;
 };
 
 TEST_P(QualityGateTest, HoldsEachLimit) {

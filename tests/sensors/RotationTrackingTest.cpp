@@ -1,8 +1,7 @@
 #include "sensors/RotationTracking.h"
 
-#include <gtest/gtest.h>
-
 #include "sensors/InertialBench.h"
+
 namespace tavocal::test {
 
 // A device that turns about its Z axis at a steady rate, at 100 Hz, and a reference that sees a

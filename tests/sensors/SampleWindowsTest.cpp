@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "sensors/InertialBench.h"
+
 namespace tavocal::test {
 
 const std::vector<Sample> kSamples = {{10.0, {0.0, 4.0, 1.0}},

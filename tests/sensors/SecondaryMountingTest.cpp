@@ -1,7 +1,5 @@
 #include "sensors/SecondaryMounting.h"
 
-#include <gtest/gtest.h>
-
 #include "formats/FormFactor.h"
 #include "sensors/ExpectedGravity.h"
 #include "sensors/ExpectedTurns.h"

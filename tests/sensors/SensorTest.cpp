@@ -1,7 +1,5 @@
 #include "sensors/Sensor.h"
 
-#include <gtest/gtest.h>
-
 #include "sensors/GenericSensor.h"
 #include "sensors/InertialBench.h"
 #include "sensors/InertialSensor.h"

@@ -1,8 +1,7 @@
 #include "sensors/StageSegments.h"
 
-#include <gtest/gtest.h>
-
 #include "sensors/InertialBench.h"
+
 namespace tavocal::test {
 
 // A sample on a boundary lies before it; the last stage runs to the end of the samples.
