@@ -125,7 +125,7 @@ TEST(FaceUpTestTest, HoldsEachLimit) {
     const std::string average =
         "[Failure] Average value error in Accelerometer above allowed threshold 0.250000\nResults: "
         " "
-        "  0.500000   0.000000   1.000000 \nExpected:   0.000000   0.000000   1.000000 \n";
+        "  0.250000   0.000000   1.000000 \nExpected:   0.000000   0.000000   1.000000 \n";
     for (const auto& [deviation, shift, spikeCount, size, printed, verdicts] : std::vector<Case>{
              {{0.125, 0.125, 0.125}, 0.25, 3, 9.0, "", "PPP"},
              {Vector(3), -0.25, 8, 0.5, "", "PPP"},
@@ -133,7 +133,8 @@ TEST(FaceUpTestTest, HoldsEachLimit) {
              {{0.25, 0.5, 0.0}, 0.0, 0, 0.0, noise + "X\nNoise: 0.250000" + limit, "FPP"},
              {{0.0, 0.125 * kAbove, 0.5}, 0.0, 0, 0.0, noise + "Y\nNoise: 0.125000" + limit, "FPP"},
              {{0.0, 0.0, std::nan("")}, 0.0, 0, 0.0, noise + "Z\nNoise: nan" + limit, "FPP"},
-             {Vector(3), 0.5, 4, 0.75, spikes + average, "PFF"}}) {
+             {Vector(3), 0.25 * kAbove, 0, 0.0, average, "PPF"},
+             {Vector(3), 0.25 * kAbove, 4, 0.75, spikes + average, "PFF"}}) {
         SCOPED_TRACE(verdicts + printed);
         InertialBench<InertialSensor> bench("Accelerometer_2", FlowType::Minimal);
         InertialSensor& sensor = *bench.sensor;
