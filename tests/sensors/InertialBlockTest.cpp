@@ -1,133 +1,98 @@
 #include "sensors/InertialBlock.h"
 
-#include <gtest/gtest.h>
-
-#include <limits>
-#include <random>
-
-#include "base/Failures.h"
-#include "sensors/Accelerometer.h"
-#include "support/FakeRun.h"
+#include "sensors/InertialBench.h"
 
 namespace tavocal::test {
 
-constexpr LUID kStaticAccelerometer = {0x0073, 0, 0, 0, kStaticFlag};
+namespace {
 
-// The block as it is told byte by byte in the format.
-TEST(InertialBlockTest, DefaultBlockIsTheIdentityByteForByte) {
-    const Accelerometer sensor(kStaticAccelerometer);
-    const CalibrationBlock expected = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,  // head, offset
-                                       1, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0,
-                                       0, 0, 1, 0, 1, 0,  // divider
-                                       1, 1, 1, 0,        // axis mapping
-                                       0, 0};
-    EXPECT_EQ(sensor.prependFormat(sensor.getStaticDefault()), expected);
+// Identity but for the scale's first element 2 over a divider of 4, X and Y swapped, an offset and
+// vendor data.
+const CalibrationBlock kBlock = {0, 0, 0x40, 0x42, 0x0F, 0, 0xFF, 0xFF, 0xFF, 0xFF, 0, 0, 0,   0,
+                                 2, 0, 0,    0,    0,    0, 0,    0,    4,    0,    0, 0, 0,   0,
+                                 0, 0, 4,    0,    4,    0, 0x44, 0,    1,    0,    2, 0, 0xA, 0xB};
+
+std::shared_ptr<InertialSensor> sensorWith(const CalibrationBlock& block) {
+    const auto sensor = makeNamedSensor("Accelerometer");
+    sensor->setCalibrationData(block);
+    return sensor;
 }
 
-TEST(InertialBlockTest, DividerUsesTheRangeOfSixteenBits) {
+}  // namespace
+
+TEST(InertialBlockTest, FieldsLieWhereTheFormatSays) {
+    const StaticBlockFields fields = decodeStaticBlock(kBlock);
+    EXPECT_EQ(fields.offset, (Vector{1000000.0, -1.0, 0.0}));
+    EXPECT_EQ(fields.scale, diagonal({0.5, 1.0, 1.0}));
+    EXPECT_EQ(fields.axisMapping, Matrix(3, 3, {0, 1, 0, 1, 0, 0, 0, 0, 1}));
+    const auto sensor = sensorWith(kBlock);
+    sensor->scaleMatrix = diagonal({0.5, 1.5, 1.0});
+    sensor->axisMapping = Matrix(3, 3, {0, 1, 0, -1, 0, 0, 0, 0, 1});
+    sensor->offsetVector = {0.25, 0.0, -2.5};
+    sensor->convertToFWForamt();
+    const CalibrationBlock expected = {0,    0,    0x90, 0xD0, 3,    0, 0, 0,   0,    0,    0x60,
+                                       0xDA, 0xD9, 0xFF, 0xAA, 0x2A, 0, 0, 0,   0,    0,    0,
+                                       0xFE, 0x7F, 0,    0,    0,    0, 0, 0,   0x54, 0x55, 0x54,
+                                       0x55, 0xC4, 0,    1,    0,    2, 0, 0xA, 0xB};
+    EXPECT_EQ(sensor->calibrationToWrite, expected);
+}
+
+TEST(InertialBlockTest, NumbersAreCutTowardZeroAndStayInTheirRange) {
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const Unit unit = Unit::milliGauss;
+    EXPECT_EQ(convertOffset({-0.9, 0.9, 1.9}, unit, unit), (FixedPointOffset{0, 0, 1}));
+    EXPECT_EQ(convertOffset({1e30, -1e30, nan}, unit, unit),
+              (FixedPointOffset{2147483647, -2147483647 - 1, 0}));
     struct Case {
         double largest;
-        int divider;
-        int stored;
+        int divider, stored;
     };
-    for (const Case& c : {Case{1.5, 21844, 32766}, Case{-1.5, 21844, -32766},
-                          Case{0.5, 32767, 16383}, Case{1.0, 1, 1}, Case{40000.5, 0, 0}}) {
+    for (const Case& c : {Case{1.5, 21844, 32766}, Case{-1.5, 21844, -32766}, Case{1.0, 1, 1},
+                          Case{0.5, 32767, 16383}, Case{40000.5, 0, 0}}) {
         Matrix matrix(3, 3);
         matrix[1][2] = c.largest;
-        const FixedPointScale scale = convertScaling(matrix);
-        EXPECT_EQ(scale.divider, c.divider) << c.largest;
-        EXPECT_EQ(scale.elements[5], c.stored) << c.largest;
+        EXPECT_EQ(convertScaling(matrix).divider, c.divider) << c.largest;
+        EXPECT_EQ(convertScaling(matrix).elements[5], c.stored) << c.largest;
     }
+    EXPECT_EQ(compressAxisMapping(Matrix(3, 3, {1, 0.5, 0, -1, -2, 0, 0, -1, 0})), 0xC0C1U);
+    EXPECT_EQ(expandAxisMapping(0xC0C2U), Matrix(3, 3, {-2, 0, 0, -1, 0, 0, 0, -1, 0}));
+    EXPECT_EQ(messageOf<MathException>([] { compressAxisMapping(Matrix(3, 2)); }),
+              "Math Error: Error from compressAxisMapping, expected a 3X3 matrix");
 }
 
-TEST(InertialBlockTest, OffsetIsCutTowardZeroAndNeverLeavesItsRange) {
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    EXPECT_EQ(convertOffset({-0.9, 0.9, 1.9}, Unit::milliGauss, Unit::milliGauss),
-              (FixedPointOffset{0, 0, 1}));
-    EXPECT_EQ(convertOffset({1e30, -1e30, nan}, Unit::milliGauss, Unit::microGauss),
-              (FixedPointOffset{2147483647, -2147483647 - 1, 0}));
-}
-
-TEST(InertialBlockTest, AxisMappingRoundTripsForAllSignedPermutations) {
-    const int orders[6][3] = {{0, 1, 2}, {0, 2, 1}, {1, 0, 2}, {1, 2, 0}, {2, 0, 1}, {2, 1, 0}};
-    for (const auto& order : orders) {
-        for (int signs = 0; signs < 8; ++signs) {
-            Matrix mapping(3, 3);
-            for (int r = 0; r < 3; ++r) {
-                mapping[r][order[r]] = (signs >> r & 1) != 0 ? -1.0 : 1.0;
-            }
-            EXPECT_EQ(expandAxisMapping(compressAxisMapping(mapping)), mapping);
-        }
+// The firmware's formula and its reversal cancel.
+TEST(FirmwareReversalTest, UndoesTheFirmwareOrFails) {
+    RandomNumbers random(20261124);
+    for (int round = 0; round < 20; ++round) {
+        const auto sensor = sensorWith(kBlock);
+        sensor->scaleMatrix = identity(3) * 1.1 - random.matrix(3, 3, 0.2);
+        sensor->axisMapping = Matrix(3, 3, {0, -1, 0, 0, 0, 1, 1, 0, 0});
+        sensor->offsetVector = random.vector(3, 0.2);
+        sensor->convertToFWForamt();
+        sensor->setCalibrationData(sensor->calibrationToWrite);
+        sensor->calcReverseSdt();
+        const Vector raw = random.vector(3, 2.0);
+        const StaticBlockFields block = decodeStaticBlock(sensor->originalCalibration);
+        Sample sample{0.0, (block.scale * block.axisMapping) * (raw - block.offset * 1e-6)};
+        sensor->reverseStaticCalibration(sample);
+        EXPECT_LT(maxDifference(sample.values, raw), 1e-11) << "round " << round;
     }
-    Matrix last(3, 3);
-    last[2][1] = -1.0;
-    EXPECT_EQ(compressAxisMapping(last), 0xC000U);
-    EXPECT_EQ(expandAxisMapping(2)[0][0], -2.0);
-    EXPECT_THROW(compressAxisMapping(Matrix(2, 3)), MathException);
-}
-
-TEST(InertialBlockTest, VendorDataIsCarriedOver) {
-    Accelerometer sensor(kStaticAccelerometer);
-    sensor.scaleMatrix = identity(3);
-    sensor.axisMapping = identity(3);
-    CalibrationBlock original = sensor.prependFormat(sensor.getStaticDefault());
-    original[38] = 4;
-    original.insert(original.end(), {0xDE, 0xAD, 0xBE, 0xEF});
-    sensor.setCalibrationData(original);
-    sensor.convertToFWForamt();
-    EXPECT_EQ(sensor.calibrationToWrite, original);
-
-    original[38] = 3;
-    EXPECT_THROW(sensor.setCalibrationData(original), CalibrationException);
-}
-
-// The firmware's formula and its reversal cancel, for any block that can be inverted.
-TEST(InertialBlockTest, ReversalUndoesTheFirmware) {
-    const unsigned seed = 20261124;
-    SCOPED_TRACE(seed);
-    std::mt19937 random(seed);
-    std::uniform_real_distribution<double> small(-0.2, 0.2);
-    for (int round = 0; round < 50; ++round) {
-        Accelerometer sensor(kStaticAccelerometer);
-        for (int k = 0; k < 9; ++k) {
-            sensor.scaleMatrix[k / 3][k % 3] = small(random) + (k % 4 == 0 ? 1.0 : 0.0);
-        }
-        sensor.axisMapping = Matrix(3, 3, {0, -1, 0, 1, 0, 0, 0, 0, 1});
-        sensor.offsetVector = {small(random), small(random), small(random)};
-        sensor.convertToFWForamt();
-        sensor.setCalibrationData(sensor.calibrationToWrite);
-        sensor.calcReverseSdt();
-
-        const Vector raw{small(random), 1.0, small(random)};
-        const StaticBlockFields block = decodeStaticBlock(sensor.originalCalibration);
-        const Vector offset = block.offset * 1e-6;
-        Sample sample{0.0, (block.scale * block.axisMapping) * (raw - offset)};
-        sensor.reverseStaticCalibration(sample);
-        for (int axis = 0; axis < 3; ++axis) {
-            EXPECT_NEAR(sample.values[axis], raw[axis], 1e-12);
-        }
-    }
-}
-
-TEST(InertialBlockTest, BlocksThatCanNotBeReversedAreRefused) {
     struct Case {
-        std::size_t position;
+        std::size_t position, size;
         std::uint8_t value;
-        const char* message;
+        std::string failure;
     };
-    for (const Case& c :
-         {Case{0, 200, "Custom calibration data format. Cannot reverse SDT static calibration"},
-          Case{14, 0, "Failed to invert SDT data"}, Case{34, 0, "Failed to invert SDT data"}}) {
-        Accelerometer sensor(kStaticAccelerometer);
-        CalibrationBlock block = sensor.prependFormat(sensor.getStaticDefault());
+    const std::string custom =
+        "Custom calibration data format. Cannot reverse SDT static calibration";
+    for (const Case& c : {Case{0, 42, 128, custom}, Case{14, 42, 0, "Failed to invert SDT data"},
+                          Case{36, 42, 0, "Failed to invert SDT data"},
+                          Case{0, 39, 0, "Invalid calibration data size"},
+                          Case{32, 40, 0, kNoFailure}, Case{0, 0, 0, kNoFailure}}) {
+        const auto sensor = makeNamedSensor("Accelerometer");
+        CalibrationBlock& block = sensor->originalCalibration = kBlock;
         block[c.position] = c.value;
-        sensor.setCalibrationData(block);
-        try {
-            sensor.calcReverseSdt();
-            ADD_FAILURE() << c.message;
-        } catch (const CalibrationException& exception) {
-            EXPECT_STREQ(exception.what(), c.message);
-        }
+        block.resize(c.size);
+        EXPECT_EQ(messageOf<CalibrationException>([&] { sensor->calcReverseSdt(); }), c.failure);
     }
 }
 
