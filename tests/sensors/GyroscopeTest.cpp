@@ -137,6 +137,7 @@ TEST_F(GyroscopeTest, FollowsTheMotionsOfATestRun) {
     EXPECT_FALSE(test(FlowType::FourSteps, kFourStepMotions));
     // In the magnetic test the gyroscope only follows.
     EXPECT_TRUE(test(FlowType::MagAccuracyTest, {{0, 0, 90}, {0, 0, 50}, {90, 0, 0}}));
+    EXPECT_EQ(sensor->testRotations.size(), 3U);
 }
 
 TEST_F(GyroscopeTest, FailedMotionSaysWhatToCheck) {

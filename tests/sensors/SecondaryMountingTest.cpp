@@ -69,6 +69,7 @@ Matrix frameOf(const std::string& formFactor, const std::string& hinge) {
 TEST(SecondaryMountingTest, ExpectedTablesFollowTheDevice) {
     const auto primary = makeNamedSensor("Accelerometer");
     expectTables(*primary, identity(3));
+    EXPECT_EQ(expectedGravity(*primary, FlowType::FourSteps, 2.5)[1][0], -2.5);
     const auto secondary = makeNamedSensor("Accelerometer_2");
     for (const FormFactor form : {FormFactor::twoInOne, FormFactor::mid}) {
         secondary->formFactor = static_cast<std::uint8_t>(form);

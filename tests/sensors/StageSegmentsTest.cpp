@@ -35,6 +35,7 @@ TEST(StageSegmentsTest, CutsTheSamplesByTheTimesOfTheStages) {
         EXPECT_EQ(failureOf(c.times, c.indexes), c.failure);
     }
     EXPECT_EQ(stageRange({1, 4, 5, 10, 12}, 1).count(), 5);
+    EXPECT_EQ(stageRange({1, 4, 5, 10, 12}, 2).count(), 0);
 }
 
 }  // namespace tavocal::test
