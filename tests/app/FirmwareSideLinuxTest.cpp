@@ -1,0 +1,131 @@
+#include <gtest/gtest.h>
+
+#include "app/FirmwareSide.h"
+#include "app/RunSettings.h"
+#include "base/Failures.h"
+#include "formats/CalibrationXml.h"
+#include "sensors/Sensor.h"
+#include "simulator/CalibrationBlocks.h"
+#include "support/MessageOf.h"
+#include "support/SimulatedFirmware.h"
+#include "support/WorkingFolder.h"
+
+namespace tavocal::test {
+
+namespace {
+
+class FirmwareSideTest : public ::testing::Test {
+  protected:
+    const WorkingFolder folder;
+    simulator::DeviceOptions device;
+    RunSettings settings;
+    const FirmwareSide side{settings};
+};
+
+}  // namespace
+
+TEST_F(FirmwareSideTest, FormFactorsWithASecondInstance) {
+    for (const char* formFactor : {"2IN1", "MID", "TABLET", "CLAMSHELL"}) {
+        device.formFactor = formFactor;
+        const SimulatedFirmware firmware(device);
+        EXPECT_EQ(
+            messageOf<CalibrationException>([&] { side.checkSecondInstance(); }),
+            device.formFactor == "2IN1" || device.formFactor == "MID"
+                ? kNoFailure
+                : "Second sensor instance for form factors other than 2in1 or MID is not "
+                  "supported, please check PDT form factor type. To calibrate only the primary "
+                  "sensor, you can use the primary sensors only option");
+    }
+}
+
+TEST_F(FirmwareSideTest, ImportedSensorsMustBeListed) {
+    for (const LUID& luid : {LUID{0x73, 0, 0, 0, 2}, LUID{0x73, 0, 0, 1, 2}, LUID{0x1234}}) {
+        const auto sensor = makeSensor(luid);
+        sensor->importCalibration(Bytes{200, 0, 0, 0, 1, 2});  // a vendor's own
+        saveCalibrationXml(luidText(luid) + ".xml", {sensor}, false);
+    }
+    const SimulatedFirmware firmware(device);
+    settings.importsXml = true;
+    const auto imported = [this](const char* file) {
+        return messageOf<CalibrationException>([&] { side.initPhysicalSensors(file); });
+    };
+    EXPECT_EQ(imported("0073000000000002.xml"), kNoFailure);
+    EXPECT_EQ(imported("0073000000000102.xml"),
+              "A matching Accelerometer_2 physical sensor was not found on the platform in "
+              "order to write the calibration data of 0073000000000102");
+    EXPECT_EQ(imported("1234000000000000.xml"),
+              "A matching physical sensor was not found for writing the calibration data of "
+              "1234000000000000");
+}
+
+TEST_F(FirmwareSideTest, CompanionsOfStaticSensors) {
+    const auto count = [this](const LUID& calibrating, const LUID& other) {
+        const auto sensor = makeSensor(calibrating);
+        const auto companion = makeSensor(other);
+        const auto found = side.matchDynamicSensors({sensor}, {companion, sensor});
+        EXPECT_TRUE(found.empty() || found.at(sensor) == companion);
+        return found.size();
+    };
+    const LUID acc{0x0073, 0, 0, 0, 2};
+    EXPECT_EQ(count(acc, {0x0073, 0, 0, 0, 1}), 0U);
+    settings.runCommand = RunCommand::Calibrate;
+    EXPECT_EQ(count(acc, {0x0073, 0, 0, 0, 1}), 1U);
+    EXPECT_EQ(count(acc, {0x0073, 0, 7, 0, 2}), 1U);
+    EXPECT_EQ(count(acc, {0x0073, 0, 0, 0, 0}), 0U);
+    EXPECT_EQ(count(acc, {0x0073, 1, 0, 0, 1}), 0U);
+    EXPECT_EQ(count(acc, {0x0073, 0, 0, 1, 1}), 0U);
+    EXPECT_EQ(count(acc, {0x0076, 0, 0, 0, 1}), 0U);
+    EXPECT_EQ(count({0x0073, 0, 0, 1, 2}, {0x0073, 0, 0, 0, 1}), 0U);
+    settings.flowType = FlowType::Minimal;
+    EXPECT_EQ(count(acc, {0x0073, 0, 0, 0, 1}), 0U);
+}
+
+// The run works on the static accelerometer; it, its companion and the gyroscopes are listed.
+TEST_F(FirmwareSideTest, BlocksThatARunReads) {
+    const struct {
+        RunCommand command;
+        FlowType flow;
+        const char* fault;
+        const char* loaded;
+    } kRows[] = {
+        {RunCommand::Calibrate, FlowType::Full, "none", "yes yes no no "},
+        {RunCommand::Calibrate, FlowType::Minimal, "none", "yes no no no "},
+        {RunCommand::CalibrateAls, FlowType::Full, "none", "yes no no no "},
+        {RunCommand::None, FlowType::Full, "none", "yes yes yes yes "},
+        {RunCommand::Calibrate, FlowType::Full, "refused-get-calibration", "no no no no "},
+    };
+    for (const auto& row : kRows) {
+        const SimulatedFirmware firmware(device, row.fault);
+        settings.runCommand = row.command;
+        settings.flowType = row.flow;
+        settings.exportsXml = row.command == RunCommand::None;
+        const FirmwareSide::Sensors sensors = side.initPhysicalSensors("");
+        side.loadSensorsData(sensors, {sensors[0]}, {{sensors[0], sensors[1]}});
+        std::string loaded;
+        for (int i = 0; i < 4; ++i) {
+            loaded += sensors.at(static_cast<std::size_t>(i))->getOriginalCalibration().empty()
+                          ? "no "
+                          : "yes ";
+        }
+        EXPECT_EQ(loaded, row.loaded);
+    }
+}
+
+TEST_F(FirmwareSideTest, BlocksAreWrittenBeforeTheReset) {
+    for (const char* fault : {"none", "refused-reset", "refused-set-calibration"}) {
+        SCOPED_TRACE(fault);
+        const bool stores = fault != std::string("refused-set-calibration");
+        SimulatedFirmware firmware(device, fault);
+        const FirmwareSide::Sensors sensors = side.initPhysicalSensors("");
+        sensors.back()->calibrationToWrite = simulator::lightBlock(3.0);
+        EXPECT_EQ(messageOf<SmhiException>([&] { side.flushCalibrationData(sensors); }),
+                  fault == std::string("none") ? kNoFailure
+                  : stores                     ? "SMHI Error: Reset Tavo command failed"
+                                               : "SMHI Error: Set calibration data command failed");
+        EXPECT_EQ(
+            firmware.stop().block(sensors.back()->getLuid()) == sensors.back()->calibrationToWrite,
+            stores);
+    }
+}
+
+}  // namespace tavocal::test
