@@ -4,13 +4,13 @@
 
 #include <sstream>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "app/CmdLine.h"
 #include "base/Failures.h"
 #include "support/MessageOf.h"
 #include "support/TempFolder.h"
+#include "support/TextTable.h"
 
 namespace tavocal::test {
 
@@ -38,20 +38,6 @@ class CmdLineFixture : public ::testing::Test {
         return replaced(messageOf<CmdLineException>(
                             [&] { cmdLine.parse(static_cast<int>(argv.size()), argv.data()); }),
                         folder.path(), "$");
-    }
-
-    // The rows of a table beside the tests, parted at "=> ".
-    static std::vector<std::pair<std::string, std::string>> rowsOf(const std::string& table) {
-        std::vector<std::pair<std::string, std::string>> rows;
-        std::istringstream lines(fileContent(TAVOCAL_TESTS "/app/" + table));
-        for (std::string line; std::getline(lines, line);) {
-            const std::size_t arrow = line.find("=> ");
-            if (arrow != std::string::npos) {
-                rows.emplace_back(line.substr(0, arrow), line.substr(arrow + 3));
-            }
-        }
-        EXPECT_GT(rows.size(), 20U);
-        return rows;
     }
 
     static std::string replaced(std::string text, const std::string& from, const std::string& to) {

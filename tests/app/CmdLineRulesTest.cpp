@@ -14,7 +14,7 @@ TEST_F(CmdLineRulesTest, EachOptionHasItsFamiliesOfCommands) {
     const auto name = [](const std::string& option) {
         return option.substr(1, option.find(' ') - 1);
     };
-    for (const auto& [option, family] : rowsOf("command-families.txt")) {
+    for (const auto& [option, family] : rowsOf("app/command-families.txt")) {
         for (const std::string& command : commands) {
             const bool isItself = name(option) == name(command);
             const std::string line = command + (isItself ? "" : " " + option);
@@ -28,7 +28,7 @@ TEST_F(CmdLineRulesTest, EachOptionHasItsFamiliesOfCommands) {
 }
 
 TEST_F(CmdLineRulesTest, TheFirstBrokenRuleIsTold) {
-    for (const auto& [line, failure] : rowsOf("command-lines.txt")) {
+    for (const auto& [line, failure] : rowsOf("app/command-lines.txt")) {
         EXPECT_EQ(failureOf(line), failure) << line;
     }
 }

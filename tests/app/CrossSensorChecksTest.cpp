@@ -12,12 +12,12 @@
 #include "support/FakeRun.h"
 #include "support/MessageOf.h"
 #include "support/MotionReplay.h"
+#include "support/TextTable.h"
 
 namespace tavocal::test {
 
 namespace {
 
-constexpr SelectedClasses kAll{true, true, true};
 constexpr double kStep = 20.0;   // milliseconds between samples
 constexpr double kGap = 1000.0;  // a stage lasts as long as the gap behind it
 constexpr int kFirstTilt = 3;    // the gap behind the second stage
@@ -36,7 +36,7 @@ class StillRun {
         }
     }
 
-    std::string failure(SelectedClasses selected = kAll) const {
+    std::string failure(SelectedClasses selected = {true, true, true}) const {
         std::vector<std::shared_ptr<Sensor>> list;
         for (const auto& [name, sensor] : sensors) {
             list.push_back(sensor);
@@ -78,40 +78,11 @@ class StillRun {
     }
 };
 
-struct Row {
-    const char* sensor;
-    const char* without;  // so that nobody else disagrees with it
-    double limit;
-    const char* reason;
-    const char* parameter;
-    const char* item;
-};
-
-const Row kRows[] = {
-    {"Magnetometer", "", 6.0, "Calculated dip angle is too high, check magnetic environment.\n",
-     "Dip Angle", "!Dip angle value! DipAngle"},
-    {"Magnetometer_2", "", 6.0,
-     "Calculated dip angle by acc_2 and mag_2 is too high, check magnetic environment.\n",
-     "Dip Angle", "!Dip angle value acc_2 mag_2! DipAngle"},
-    {"Magnetometer", "", 1000.0,
-     "Disagreement between magnetometer and gyroscope - check magnetic environment.\n",
-     "Mag-Gyro Diff", "!Gyro & Magnetometer difference! Gyro-Mag diff"},
-    {"Magnetometer_2", "", 1000.0,
-     "Disagreement between magnetometer_2 and gyroscope_2 - check magnetic environment.\n",
-     "Mag-Gyro Diff", "!Gyro_2 & Magnetometer_2 difference! Gyro-Mag diff"},
-    {"Accelerometer", "", 1.0, "Disagreement between accelerometer and gyroscope.\n",
-     "Gyro-Accel Diff", "!Gyro & Accelerometer difference! Gyro-Accel diff"},
-    {"Accelerometer_2", "Gyroscope", 1.0, "Disagreement between accelerometer_2 and gyroscope_2.\n",
-     "Gyro-Accel Diff", "!Gyro_2 & Accelerometer_2 difference! Gyro-Accel diff"},
-    {"Accelerometer_2", "Gyroscope_2", 1.0, "Disagreement between accelerometer_2 and gyroscope.\n",
-     "Gyro-Accel_2 Diff", "!Gyro & Accelerometer_2 difference! Gyro-Accel_2 diff"},
-};
-
-// The failure with the reasons of these rows, counted from 1.
-std::string failureOf(std::initializer_list<int> rows) {
+// The failure with the reasons of these rows of the table, counted from 1.
+std::string failureOf(const std::vector<std::size_t>& rows) {
     std::string text = "Calibration failed. Reason: ";
-    for (const int row : rows) {
-        text += kRows[row - 1].reason;
+    for (const std::size_t row : rows) {
+        text += rowsOf("app/cross-checks.txt").at(row - 1).second + "\n";
     }
     return text;
 }
@@ -119,28 +90,32 @@ std::string failureOf(std::initializer_list<int> rows) {
 }  // namespace
 
 TEST(CrossSensorChecksTest, EachLimitIsTheLargestValueThatPasses) {
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(row.reason);
-        const bool isDip = row.limit == 6.0;
+    std::size_t row = 0;
+    for (const auto& [told, reason] : rowsOf("app/cross-checks.txt")) {
+        ++row;
+        std::istringstream words(told);
+        std::string sensor, without, parameter, item;
+        char bar = 0;
+        double limit = 0.0;
+        words >> sensor >> bar >> without >> bar >> limit >> bar >> std::ws;
+        std::getline(words, parameter, '|');
+        parameter.pop_back();
+        std::getline(words >> std::ws, item);
+        item.pop_back();
         // Rounding moves a spread, but no distance.
-        for (const double value : {row.limit - (isDip ? 1e-6 : 0.0), row.limit + 1e-6}) {
+        const bool isDip = limit == 6.0;
+        for (const double value : {isDip ? limit - 1e-6 : limit, limit + 1e-6}) {
             StillRun test;
-            test.sensors.erase(row.without);
-            if (isDip) {
-                test.spreadDip(row.sensor, value);
-            } else {
-                test.deviate(row.sensor, value);
-            }
-            const bool fails = value > row.limit;
-            EXPECT_EQ(test.failure(), fails
-                                          ? "Calibration failed. Reason: " + std::string(row.reason)
-                                          : kNoFailure);
-            const std::string report = reportOf(*test.sensors.at(row.sensor));
-            EXPECT_EQ(contains(report, std::string(" FailureParameter=") + row.parameter + "](" +
-                                           row.item + "(Values('" + fixedText(value) + "')))"),
-                      fails);
-            EXPECT_EQ(contains(report, " Success=false "), fails);
+            test.sensors.erase(without);
+            isDip ? test.spreadDip(sensor, value) : test.deviate(sensor, value);
+            const bool fails = value > limit;
+            EXPECT_EQ(test.failure(), fails ? failureOf({row}) : kNoFailure);
+            const std::string report = reportOf(*test.sensors.at(sensor));
             EXPECT_EQ(report.empty(), !fails);
+            EXPECT_EQ(contains(report, " FailureParameter=" + parameter + "](" + item +
+                                           "(Values('" + fixedText(value) + "')))"),
+                      fails)
+                << report;
         }
     }
 }

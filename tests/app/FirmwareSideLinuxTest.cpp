@@ -17,7 +17,6 @@ namespace {
 class FirmwareSideTest : public ::testing::Test {
   protected:
     const WorkingFolder folder;
-    simulator::DeviceOptions device;
     RunSettings settings;
     const FirmwareSide side{settings};
 };
@@ -25,34 +24,32 @@ class FirmwareSideTest : public ::testing::Test {
 }  // namespace
 
 TEST_F(FirmwareSideTest, FormFactorsWithASecondInstance) {
-    for (const char* formFactor : {"2IN1", "MID", "TABLET", "CLAMSHELL"}) {
-        device.formFactor = formFactor;
-        const SimulatedFirmware firmware(device);
-        EXPECT_EQ(
-            messageOf<CalibrationException>([&] { side.checkSecondInstance(); }),
-            device.formFactor == "2IN1" || device.formFactor == "MID"
-                ? kNoFailure
-                : "Second sensor instance for form factors other than 2in1 or MID is not "
-                  "supported, please check PDT form factor type. To calibrate only the primary "
-                  "sensor, you can use the primary sensors only option");
+    const std::string refusal =
+        "Second sensor instance for form factors other than 2in1 or MID is not supported, please "
+        "check PDT form factor type. To calibrate only the primary sensor, you can use the primary "
+        "sensors only option";
+    for (const std::string formFactor : {"2IN1", "MID", "TABLET", "CLAMSHELL"}) {
+        const SimulatedFirmware firmware({"--form-factor", formFactor});
+        EXPECT_EQ(messageOf<CalibrationException>([&] { side.checkSecondInstance(); }),
+                  formFactor == "2IN1" || formFactor == "MID" ? kNoFailure : refusal);
     }
 }
 
 TEST_F(FirmwareSideTest, ImportedSensorsMustBeListed) {
-    for (const LUID& luid : {LUID{0x73, 0, 0, 0, 2}, LUID{0x73, 0, 0, 1, 2}, LUID{0x1234}}) {
+    for (const LUID& luid : {LUID{0x73, 1, 0, 0, 2}, LUID{0x73, 1, 0, 1, 2}, LUID{0x1234}}) {
         const auto sensor = makeSensor(luid);
         sensor->importCalibration(Bytes{200, 0, 0, 0, 1, 2});  // a vendor's own
         saveCalibrationXml(luidText(luid) + ".xml", {sensor}, false);
     }
-    const SimulatedFirmware firmware(device);
+    const SimulatedFirmware firmware({});
     settings.importsXml = true;
     const auto imported = [this](const char* file) {
         return messageOf<CalibrationException>([&] { side.initPhysicalSensors(file); });
     };
-    EXPECT_EQ(imported("0073000000000002.xml"), kNoFailure);
-    EXPECT_EQ(imported("0073000000000102.xml"),
+    EXPECT_EQ(imported("0073000100000002.xml"), kNoFailure);
+    EXPECT_EQ(imported("0073000100000102.xml"),
               "A matching Accelerometer_2 physical sensor was not found on the platform in "
-              "order to write the calibration data of 0073000000000102");
+              "order to write the calibration data of 0073000100000102");
     EXPECT_EQ(imported("1234000000000000.xml"),
               "A matching physical sensor was not found for writing the calibration data of "
               "1234000000000000");
@@ -95,7 +92,7 @@ TEST_F(FirmwareSideTest, BlocksThatARunReads) {
         {RunCommand::Calibrate, FlowType::Full, "refused-get-calibration", "no no no no "},
     };
     for (const auto& row : kRows) {
-        const SimulatedFirmware firmware(device, row.fault);
+        const SimulatedFirmware firmware({"--fault", row.fault});
         settings.runCommand = row.command;
         settings.flowType = row.flow;
         settings.exportsXml = row.command == RunCommand::None;
@@ -115,7 +112,7 @@ TEST_F(FirmwareSideTest, BlocksAreWrittenBeforeTheReset) {
     for (const char* fault : {"none", "refused-reset", "refused-set-calibration"}) {
         SCOPED_TRACE(fault);
         const bool stores = fault != std::string("refused-set-calibration");
-        SimulatedFirmware firmware(device, fault);
+        SimulatedFirmware firmware({"--fault", fault});
         const FirmwareSide::Sensors sensors = side.initPhysicalSensors("");
         sensors.back()->calibrationToWrite = simulator::lightBlock(3.0);
         EXPECT_EQ(messageOf<SmhiException>([&] { side.flushCalibrationData(sensors); }),

@@ -34,7 +34,7 @@ std::string describe(const RunSettings& settings) {
 }
 
 TEST_F(RunSettingsTest, CommandsAndOptionsMakeARun) {
-    for (const auto& [line, settings] : rowsOf("run-settings.txt")) {
+    for (const auto& [line, settings] : rowsOf("app/run-settings.txt")) {
         EXPECT_EQ(failureOf(line), kNoFailure) << line;
         EXPECT_EQ(describe(runSettings(cmdLine)), settings) << line;
     }

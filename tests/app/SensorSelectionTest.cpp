@@ -41,7 +41,7 @@ TEST_F(SensorSelectionTest, SensorsOfARun) {
           "dataDumpAmbientLightSensor", "dataDumpAmbientLightSensor_2", "pMagnetometer_2"}) {
         folder.write(std::string(name) + ".csv", "");
     }
-    for (const auto& [row, expected] : rowsOf("sensor-selection.txt")) {
+    for (const auto& [row, expected] : rowsOf("app/sensor-selection.txt")) {
         EXPECT_EQ(failureOf(row.substr(0, row.find('|'))), kNoFailure) << row;
         const RunSettings settings = runSettings(cmdLine);
         const SensorSelection selection(cmdLine, settings);

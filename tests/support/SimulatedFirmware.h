@@ -3,29 +3,20 @@
 #include <atomic>
 #include <string>
 #include <thread>
+#include <vector>
 
-#include "simulator/FactoryFlash.h"
 #include "simulator/FirmwareServer.h"
-#include "simulator/World.h"
+#include "simulator/LiveDevice.h"
 
 namespace tavocal::test {
 
 // The simulated firmware of a new device at work in the working folder, on a thread of its own.
+// The options are those of a live run.
 class SimulatedFirmware {
   public:
-    explicit SimulatedFirmware(const simulator::DeviceOptions& device,
-                               const std::string& fault = "none")
-        : world(device, {}),
-          firmware({device, *simulator::firmwareFaultFromName(fault)}, flashOf(device), world),
-          server("tavo.sock", firmware, 100.0),
-          thread([this] {
-              while (!stopped) {
-                  server.serve({});
-              }
-          }) {}
+    explicit SimulatedFirmware(const std::vector<std::string>& options)
+        : device(simulator::parseLiveArguments(options, 1.0)) {}
     ~SimulatedFirmware() { stop(); }
-    SimulatedFirmware(const SimulatedFirmware&) = delete;
-    SimulatedFirmware& operator=(const SimulatedFirmware&) = delete;
 
     // What is stored by now; nothing is answered any more.
     const simulator::Flash& stop() {
@@ -33,21 +24,18 @@ class SimulatedFirmware {
         if (thread.joinable()) {
             thread.join();
         }
-        return firmware.flash();
+        return device.firmware().flash();
     }
 
   private:
-    static simulator::Flash flashOf(const simulator::DeviceOptions& device) {
-        simulator::LiveOptions options;
-        static_cast<simulator::DeviceOptions&>(options.motion) = device;
-        return factoryFlash(options);
-    }
-
-    simulator::World world;
-    simulator::Firmware firmware;
-    simulator::FirmwareServer server;
+    simulator::LiveDevice device;
+    simulator::FirmwareServer server{"tavo.sock", device.firmware(), 100.0};
     std::atomic<bool> stopped{false};
-    std::thread thread;
+    std::thread thread{[this] {
+        while (!stopped) {
+            server.serve({});
+        }
+    }};
 };
 
 }  // namespace tavocal::test
