@@ -1,37 +1,10 @@
 #include "app/SensorSelection.h"
 
-#include <algorithm>
-#include <array>
-#include <cctype>
-
 #include "app/CmdLineFixture.h"
 #include "app/RunSettings.h"
 #include "sensors/InertialSensor.h"
 
 namespace tavocal::test {
-
-namespace {
-
-const std::string kLetters = "AGML";
-constexpr std::array<std::uint16_t, 4> kTypes = {0x0073, 0x0076, 0x020F, 0x0041};
-
-std::shared_ptr<Sensor> makeLettered(const std::string& word) {
-    const bool isStatic = std::isupper(word[0]) != 0;
-    const auto letter = kLetters.find(static_cast<char>(std::toupper(word[0])));
-    const std::uint8_t instance = word.size() > 1 ? 1 : 0;
-    return makeSensor({kTypes.at(letter), 0, 0, instance, isStatic ? kStaticFlag : kDynamicFlag});
-}
-
-std::string lettersOf(const Sensor& sensor) {
-    const LUID luid = sensor.getLuid();
-    const auto type = std::find(kTypes.begin(), kTypes.end(), luid.SensorTypeId);
-    const auto* inertial = dynamic_cast<const InertialSensor*>(&sensor);
-    return kLetters.substr(static_cast<std::size_t>(type - kTypes.begin()), 1) +
-           (luid.InstanceId == 0 ? "" : "2") +
-           (inertial != nullptr && inertial->noGyroRotation ? "!" : "");
-}
-
-}  // namespace
 
 using SensorSelectionTest = CmdLineFixture;
 
@@ -48,7 +21,9 @@ TEST_F(SensorSelectionTest, SensorsOfARun) {
         SensorSelection::Sensors sensors;
         std::istringstream words(row.substr(row.find('|') + 1));
         for (std::string word; words >> word;) {
-            sensors.push_back(makeLettered(word));
+            LUID luid;
+            ASSERT_TRUE(parseLuidText(word, luid));
+            sensors.push_back(makeSensor(luid));
         }
         if (sensors.empty()) {
             sensors = selection.initSensorsFromDumps();
@@ -57,7 +32,9 @@ TEST_F(SensorSelectionTest, SensorsOfARun) {
         const std::string failure = messageOf<CalibrationException>([&] {
             for (const auto& sensor : selection.initCalibratingSensors(
                      sensors, [] { throw CalibrationException("no second instance"); })) {
-                selected += (selected.empty() ? "" : " ") + lettersOf(*sensor);
+                selected += (selected.empty() ? "" : " ") + sensor->getDisplayName();
+                const auto* inertial = dynamic_cast<const InertialSensor*>(sensor.get());
+                selected += inertial != nullptr && inertial->noGyroRotation ? " unrotated" : "";
             }
         });
         EXPECT_EQ(failure == kNoFailure ? selected : failure, expected) << row;
