@@ -26,16 +26,13 @@ TEST_F(CmdLineTest, ValuesHave255CharactersAtMost) {
 
 TEST_F(CmdLineTest, NamesMatchWithoutCaseAndValuesByTheTablesSpelling) {
     ASSERT_EQ(failureOf("-calibrate agm -UPDATETAVO"), kNoFailure);
-    const CmdLine copy = cmdLine;
-    EXPECT_EQ(copy.program(), "C:\\tools\\tavocal.exe");
-    EXPECT_TRUE(copy.hasOption("UPDATEtavo"));
-    EXPECT_EQ(copy.value("Calibrate"), "agm");
-    EXPECT_EQ(copy.value("calibrate"), "");
-    EXPECT_EQ(copy.value("ExportXml"), "");
+    EXPECT_EQ(cmdLine.program(), "C:\\tools\\tavocal.exe");
+    EXPECT_TRUE(cmdLine.hasOption("UPDATEtavo"));
+    EXPECT_EQ(cmdLine.value("Calibrate"), "agm");
+    EXPECT_EQ(cmdLine.value("calibrate"), "");
     // A later line takes the place of the earlier one.
     ASSERT_EQ(failureOf("-MagTest"), kNoFailure);
     EXPECT_FALSE(cmdLine.hasOption("Calibrate"));
-    EXPECT_TRUE(copy.hasOption("Calibrate"));
 }
 
 TEST_F(CmdLineTest, UsageText) {
