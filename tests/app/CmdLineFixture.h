@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -9,8 +10,8 @@
 #include "app/CmdLine.h"
 #include "base/Failures.h"
 #include "support/MessageOf.h"
-#include "support/TempFolder.h"
 #include "support/TextTable.h"
+#include "support/WorkingFolder.h"
 
 namespace tavocal::test {
 
@@ -20,35 +21,26 @@ class CmdLineFixture : public ::testing::Test {
     CmdLineFixture() {
         for (const char* name :
              {"cal.xml", "cal.bin", "xml", "light.txt", "light.CSV", "light.xml"}) {
-            folder.write(name, "");
+            std::ofstream{name};
         }
     }
 
-    // With $ for the folder; kNoFailure if the line is accepted.
     std::string failureOf(const std::string& line) {
         std::vector<std::string> arguments = {"C:\\tools\\tavocal.exe"};
         std::istringstream words(line);
         for (std::string word; words >> word;) {
-            arguments.push_back(word == "''" ? "" : replaced(word, "$", folder.path()));
+            arguments.push_back(word == "''" ? "" : word);
         }
         std::vector<const char*> argv;
         for (const std::string& argument : arguments) {
             argv.push_back(argument.c_str());
         }
-        return replaced(messageOf<CmdLineException>(
-                            [&] { cmdLine.parse(static_cast<int>(argv.size()), argv.data()); }),
-                        folder.path(), "$");
+        return messageOf<CmdLineException>(
+            [&] { cmdLine.parse(static_cast<int>(argv.size()), argv.data()); });
     }
 
-    static std::string replaced(std::string text, const std::string& from, const std::string& to) {
-        for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from)) {
-            text.replace(at, from.size(), to);
-        }
-        return text;
-    }
-
+    const WorkingFolder folder;
     CmdLine cmdLine;
-    TempFolder folder;
 };
 
 }  // namespace tavocal::test

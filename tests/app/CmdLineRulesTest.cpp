@@ -8,9 +8,9 @@ namespace tavocal::test {
 using CmdLineRulesTest = CmdLineFixture;
 
 TEST_F(CmdLineRulesTest, EachOptionHasItsFamiliesOfCommands) {
-    const std::vector<std::string> commands = {"-ImportXml $/cal.xml", "-ExportXml a.xml",
-                                               "-CalibrateOffline A",  "-Calibrate A",
-                                               "-TestCalibration A",   "-MagTest"};
+    const std::vector<std::string> commands = {"-ImportXml cal.xml",  "-ExportXml a.xml",
+                                               "-CalibrateOffline A", "-Calibrate A",
+                                               "-TestCalibration A",  "-MagTest"};
     const auto name = [](const std::string& option) {
         return option.substr(1, option.find(' ') - 1);
     };

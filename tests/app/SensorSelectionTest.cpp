@@ -12,7 +12,7 @@ TEST_F(SensorSelectionTest, SensorsOfARun) {
     for (const char* name :
          {"dataDumpAccelerometer", "dataDumpAccelerometer_2", "dataDumpGyroscope", "xGyroscope",
           "dataDumpAmbientLightSensor", "dataDumpAmbientLightSensor_2", "pMagnetometer_2"}) {
-        folder.write(std::string(name) + ".csv", "");
+        std::ofstream{std::string(name) + ".csv"};
     }
     for (const auto& [row, expected] : rowsOf("app/sensor-selection.txt")) {
         EXPECT_EQ(failureOf(row.substr(0, row.find('|'))), kNoFailure) << row;
