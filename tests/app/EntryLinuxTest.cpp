@@ -33,7 +33,7 @@ namespace {
     const SimulatedFirmware firmware({});
     std::thread([text] {
         while (!contains(fileContent("screen.txt"), text)) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            std::this_thread::yield();
         }
         kill(getpid(), SIGINT);
     }).detach();

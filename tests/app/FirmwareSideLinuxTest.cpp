@@ -86,8 +86,7 @@ TEST_F(FirmwareSideTest, BlocksThatARunReads) {
     std::istringstream rows(
         "1 0 none yes,yes,no,no, 1 1 none yes,no,no,no, 2 0 none yes,no,no,no, "
         "0 0 none yes,yes,yes,yes, 1 0 refused-get-calibration no,no,no,no,");
-    int command = 0;
-    int flow = 0;
+    int command = 0, flow = 0;
     for (std::string fault, expected; rows >> command >> flow >> fault >> expected;) {
         const SimulatedFirmware firmware({"--fault", fault});
         settings.runCommand = static_cast<RunCommand>(command);

@@ -21,8 +21,7 @@ TEST(RunReportTest, EachKindOfRunHasItsFileAndType) {
         "LogFile.xml "
         "7stepsTest  4 1 LogFile.xml FaceUpTest  4 2 LogFile.xml 4StepsTest  4 3 LogFile.xml "
         "4StepsMagTest");
-    int command = 0;
-    int flow = 0;
+    int command = 0, flow = 0;
     for (std::string file, type; rows >> command >> flow >> file >> type;) {
         const TempFolder folder;
         const auto mag = makeNamedSensor("Magnetometer");

@@ -26,10 +26,6 @@ class WholeRunTest : public ::testing::Test {
         return runTavocal(folder.path(), arguments).output;
     }
 
-    std::string file(const std::string& name) const {
-        return fileContent(folder.path("out/" + name));
-    }
-
     TempFolder folder;
     simulator::RecordingOptions options;
 };
@@ -77,8 +73,9 @@ TEST_F(WholeRunTest, RunsOfTheSameDumpsGiveTheSameFilesWhateverTheirLineEnds) {
     const auto files = [this](bool crlf) {
         recorded(crlf);
         replay({"-CalibrateOffline", "AGM", "-ExportResult"});
-        return file("resultCalibration.xml") + from(file("AGMLogFile.xml"), " Version=") +
-               file("calibratedDataDumpGyroscope.csv");
+        return fileContent(folder.path("out/resultCalibration.xml")) +
+               from(fileContent(folder.path("out/AGMLogFile.xml")), " Version=") +
+               fileContent(folder.path("out/calibratedDataDumpGyroscope.csv"));
     };
     const std::string first = files(false);
     EXPECT_EQ(files(false), first);
@@ -94,7 +91,7 @@ TEST_F(WholeRunTest, ASecondLiveCalibrationFindsTheSame) {
             .status;
     };
     const auto offset = [this](const std::string& name) {
-        return std::stod(from(file(name), "<OffsetX>").substr(9));
+        return std::stod(from(fileContent(folder.path("out/" + name)), "<OffsetX>").substr(9));
     };
     ASSERT_EQ(calibrate(), 0);
     const double first = offset("resultCalibration.xml");
