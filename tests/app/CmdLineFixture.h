@@ -2,24 +2,45 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <sstream>
 #include <string>
+#include <vector>
 
 #include "app/CmdLine.h"
-#include "support/TempFolder.h"
+#include "base/Failures.h"
+#include "support/MessageOf.h"
+#include "support/TextTable.h"
+#include "support/WorkingFolder.h"
 
 namespace tavocal::test {
 
-// Parses command lines that are written in one text: blanks separate the arguments, '' is an empty
-// one, and $ is a folder with the files cal.xml, cal.bin, xml, light.txt, light.CSV and light.xml.
+// Command lines as command-lines.txt writes them.
 class CmdLineFixture : public ::testing::Test {
   protected:
-    CmdLineFixture();
+    CmdLineFixture() {
+        for (const char* name :
+             {"cal.xml", "cal.bin", "xml", "light.txt", "light.CSV", "light.xml"}) {
+            std::ofstream{name};
+        }
+    }
 
-    // The message of the failure, in which $ stands for the folder again; empty if accepted.
-    std::string failureOf(const std::string& line);
+    std::string failureOf(const std::string& line) {
+        std::vector<std::string> arguments = {"C:\\tools\\tavocal.exe"};
+        std::istringstream words(line);
+        for (std::string word; words >> word;) {
+            arguments.push_back(word == "''" ? "" : word);
+        }
+        std::vector<const char*> argv;
+        for (const std::string& argument : arguments) {
+            argv.push_back(argument.c_str());
+        }
+        return messageOf<CmdLineException>(
+            [&] { cmdLine.parse(static_cast<int>(argv.size()), argv.data()); });
+    }
 
+    const WorkingFolder folder;
     CmdLine cmdLine;
-    TempFolder folder;
 };
 
 }  // namespace tavocal::test

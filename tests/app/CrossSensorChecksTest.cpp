@@ -2,273 +2,174 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 #include <map>
 
 #include "base/Failures.h"
 #include "base/Text.h"
-#include "formats/FormFactor.h"
-#include "sensors/Accelerometer.h"
-#include "sensors/SensorTypes.h"
+#include "support/Angles.h"
+#include "support/FakeRun.h"
+#include "support/MessageOf.h"
 #include "support/MotionReplay.h"
+#include "support/TextTable.h"
 
 namespace tavocal::test {
 
 namespace {
 
-constexpr SelectedClasses kAll{true, true, true};
+constexpr double kGap = 1000.0;  // a stage lasts as long as the gap behind it
+constexpr int kFirstTilt = 3;    // the gap behind the second stage
 
-std::shared_ptr<InertialSensor> makePerfectSensor(const std::string& displayName) {
-    const auto sensor = makeNamedSensor(displayName);
-    sensor->scaleMatrix = identity(3);
-    sensor->axisMapping = identity(3);
-    return sensor;
-}
-
-simulator::RecordingOptions quietOptions() {
-    simulator::RecordingOptions options;
-    options.secondary = true;
-    options.hinge = "LEFT";
-    options.perfect = true;
-    options.noiseG = options.noiseDps = options.noiseMg = 0.0;
-    options.hand = {0.0, 0.0, 0.0};
-    return options;
-}
-
-// The perfect sensors of a device that has been led through the Full flow by a steady hand.
-class FullRun {
+// The perfect sensors of a device that lies still for the seven stages of the Full flow.
+class StillRun {
   public:
-    FullRun() : run(FlowType::Full) {
-        run.process.stageCount = 7;
-        for (const simulator::StillStage& stage : recording().truth.stages) {
-            run.process.segmentTimes.push_back(stage.begin);
-            run.process.segmentTimes.push_back(stage.end);
+    StillRun() {
+        for (int i = 0; i < 14; ++i) {
+            run.times.push_back(kGap * i);
         }
         for (const std::string suffix : {"", "_2"}) {
-            for (const std::string name : {"Accelerometer", "Gyroscope", "Magnetometer"}) {
-                add(name + suffix);
-            }
+            add("Accelerometer" + suffix, {0.0, 0.0, 1.0});
+            add("Gyroscope" + suffix, {0.0, 0.0, 0.0});
+            add("Magnetometer" + suffix, {0.0, 400.0, 0.0});
         }
     }
 
-    // The text of the CalibrationException of checkCalibration; "" if there is none.
-    std::string failure(SelectedClasses selected = kAll) const {
-        try {
-            checks(selected).checkCalibration();
-        } catch (const CalibrationException& exception) {
-            return exception.what();
-        }
-        return "";
-    }
-
-    CrossSensorChecks checks(SelectedClasses selected = kAll) const {
+    std::string failure(SelectedClasses selected = {true, true, true}) const {
         std::vector<std::shared_ptr<Sensor>> list;
         for (const auto& [name, sensor] : sensors) {
             list.push_back(sensor);
         }
-        return {list, selected, run};
+        return messageOf<CalibrationException>(
+            [&] { CrossSensorChecks(list, selected, run).checkCalibration(); });
     }
 
-    // Makes the mean of the first position so long that the tracked vector is far off, without
-    // turning it.
-    void lengthenMean(const std::string& name) {
-        InertialSensor& sensor = *sensors.at(name);
-        sensor.stageMeans.setRow(0, row(sensor.stageMeans, 0) * 5.0);
-    }
-
-    // Makes the field of the second position run along gravity.
-    void turnField(const std::string& suffix) {
-        const Vector gravity = row(sensors.at("Accelerometer" + suffix)->stageMeans, 1);
-        sensors.at("Magnetometer" + suffix)->stageMeans.setRow(1, gravity * 480.0);
-    }
-
-    MotionReplay run;
-    std::map<std::string, std::shared_ptr<InertialSensor>> sensors;
-
-  private:
-    static const simulator::Recording& recording() {
-        static const simulator::Recording made = simulator::record(quietOptions());
-        return made;
-    }
-
-    void add(const std::string& displayName) {
-        const auto sensor = makePerfectSensor(displayName);
-        sensor->setManager(&run);
-        sensor->hinge = static_cast<std::uint8_t>(Hinge::left);
-        for (const simulator::Row& row : recording().rows.at(displayName)) {
-            sensor->bufferedData.push_back(sampleOf(row));
-        }
-        if (const auto acc = std::dynamic_pointer_cast<Accelerometer>(sensor)) {
-            acc->buildExpectedValues();
-        }
-        if (sensor->name != kGyroscopeName) {
-            sensor->setStageRows();
-            sensor->computeStageStatistics();
-        }
-        sensors[displayName] = sensor;
-    }
-};
-
-const std::string kStart = "Calibration failed. Reason: ";
-const std::string kDip = "Calculated dip angle is too high, check magnetic environment.\n";
-const std::string kDip2 =
-    "Calculated dip angle by acc_2 and mag_2 is too high, check magnetic environment.\n";
-const std::string kMagGyro =
-    "Disagreement between magnetometer and gyroscope - check magnetic environment.\n";
-const std::string kMagGyro2 =
-    "Disagreement between magnetometer_2 and gyroscope_2 - check magnetic environment.\n";
-const std::string kAccGyro = "Disagreement between accelerometer and gyroscope.\n";
-const std::string kAccGyro2 = "Disagreement between accelerometer_2 and gyroscope_2.\n";
-const std::string kAcc2Gyro = "Disagreement between accelerometer_2 and gyroscope.\n";
-
-TEST(CrossSensorChecksTest, SensorsThatAgreePass) {
-    FullRun test;
-    EXPECT_EQ(test.failure(), "");
-    for (const std::string suffix : {"", "_2"}) {
-        const InertialSensor& acc = *test.sensors.at("Accelerometer" + suffix);
-        const InertialSensor& gyro = *test.sensors.at("Gyroscope" + suffix);
-        const InertialSensor& mag = *test.sensors.at("Magnetometer" + suffix);
-        EXPECT_LT(CrossSensorChecks::dipAngleSpread(acc, mag), 0.1);
-        // What is left is the turn of one step, and the force that moves the device.
-        EXPECT_LT(test.checks().rotationDifference(gyro, acc, identity(3)), 0.1);
-        EXPECT_LT(test.checks().rotationDifference(gyro, mag, identity(3)), 20.0);
-    }
-    for (const auto& [name, sensor] : test.sensors) {
-        EXPECT_EQ(reportOf(*sensor), "");
-    }
-}
-
-TEST(CrossSensorChecksTest, TheHalvesAreAlignedByWhatTheirAccelerometersShouldRead) {
-    FullRun test;
-    const InertialSensor& gyro = *test.sensors.at("Gyroscope");
-    const InertialSensor& acc2 = *test.sensors.at("Accelerometer_2");
-    const Matrix alignment = test.sensors.at("Accelerometer")->alignToExpected(acc2.expectedValues);
-    EXPECT_LT(test.checks().rotationDifference(gyro, acc2, alignment), 0.1);
-    EXPECT_GT(test.checks().rotationDifference(gyro, acc2, identity(3)), 0.5);
-}
-
-TEST(CrossSensorChecksTest, EachDisagreementIsNamedAndReported) {
-    struct Case {
-        void (*spoil)(FullRun& test);
-        std::string reason;
-        std::string reporter;
-        std::string parameter;
-        std::string item;
-    };
-    const std::vector<Case> cases = {
-        {[](FullRun& test) { test.turnField(""); }, kDip, "Magnetometer", "Dip Angle",
-         "!Dip angle value! DipAngle"},
-        {[](FullRun& test) { test.turnField("_2"); }, kDip2, "Magnetometer_2", "Dip Angle",
-         "!Dip angle value acc_2 mag_2! DipAngle"},
-        {[](FullRun& test) { test.lengthenMean("Magnetometer"); }, kMagGyro, "Magnetometer",
-         "Mag-Gyro Diff", "!Gyro & Magnetometer difference! Gyro-Mag diff"},
-        {[](FullRun& test) { test.lengthenMean("Magnetometer_2"); }, kMagGyro2, "Magnetometer_2",
-         "Mag-Gyro Diff", "!Gyro_2 & Magnetometer_2 difference! Gyro-Mag diff"},
-        {[](FullRun& test) { test.lengthenMean("Accelerometer"); }, kAccGyro, "Accelerometer",
-         "Gyro-Accel Diff", "!Gyro & Accelerometer difference! Gyro-Accel diff"},
-        {[](FullRun& test) {
-             test.sensors.erase("Gyroscope");
-             test.lengthenMean("Accelerometer_2");
-         },
-         kAccGyro2, "Accelerometer_2", "Gyro-Accel Diff",
-         "!Gyro_2 & Accelerometer_2 difference! Gyro-Accel diff"},
-        {[](FullRun& test) {
-             test.sensors.erase("Gyroscope_2");
-             test.lengthenMean("Accelerometer_2");
-         },
-         kAcc2Gyro, "Accelerometer_2", "Gyro-Accel_2 Diff",
-         "!Gyro & Accelerometer_2 difference! Gyro-Accel_2 diff"},
-    };
-    for (const Case& one : cases) {
-        FullRun test;
-        one.spoil(test);
-        EXPECT_EQ(test.failure(), kStart + one.reason);
-        const std::string report = reportOf(*test.sensors.at(one.reporter));
-        EXPECT_TRUE(contains(report, "Success=false")) << report;
-        EXPECT_TRUE(
-            contains(report, "FailureParameter=" + one.parameter + "](" + one.item + "(Values('"))
-            << report;
-    }
-}
-
-TEST(CrossSensorChecksTest, TheReportShowsTheFirstDisagreementTheMessageAll) {
-    FullRun test;
-    test.lengthenMean("Accelerometer");
-    test.turnField("_2");
-    test.lengthenMean("Accelerometer_2");
-    EXPECT_EQ(test.failure(), kStart + kDip2 + kAccGyro + kAccGyro2 + kAcc2Gyro);
-    EXPECT_TRUE(contains(reportOf(*test.sensors.at("Magnetometer_2")), "FailureParameter"));
-    EXPECT_EQ(reportOf(*test.sensors.at("Accelerometer")), "");
-    EXPECT_EQ(reportOf(*test.sensors.at("Accelerometer_2")), "");
-}
-
-TEST(CrossSensorChecksTest, OnlySelectedClassesAreCompared) {
-    FullRun test;
-    for (const std::string suffix : {"", "_2"}) {
-        test.turnField(suffix);
-        test.lengthenMean("Accelerometer" + suffix);
-        test.lengthenMean("Magnetometer" + suffix);
-    }
-    EXPECT_EQ(test.failure({true, false, false}), "");
-    EXPECT_EQ(test.failure({true, true, false}), kStart + kAccGyro + kAccGyro2 + kAcc2Gyro);
-    EXPECT_EQ(test.failure({false, true, true}), kStart + kMagGyro + kMagGyro2);
-    EXPECT_EQ(test.failure({true, false, true}), kStart + kDip + kDip2);
-    EXPECT_EQ(test.failure(),
-              kStart + kDip + kDip2 + kMagGyro + kMagGyro2 + kAccGyro + kAccGyro2 + kAcc2Gyro);
-    for (const std::string name : {"Accelerometer", "Gyroscope", "Magnetometer"}) {
-        test.sensors.erase(name);
-    }
-    EXPECT_EQ(test.failure(), kStart + kDip2 + kMagGyro2 + kAccGyro2);
-}
-
-TEST(CrossSensorChecksTest, OnlyAValueAboveTheLimitFails) {
-    FullRun test;
-    // The device lies still, so the accelerometer is off by what its mean is.
-    for (Sample& sample : test.sensors.at("Accelerometer")->bufferedData) {
-        sample.values = {0.0, 0.0, 1.0};
-    }
-    for (Sample& sample : test.sensors.at("Gyroscope")->bufferedData) {
-        sample.values = Vector(3);
-    }
-    Matrix& means = test.sensors.at("Accelerometer")->stageMeans;
-    test.sensors.erase("Accelerometer_2");
-    const auto failureWith = [&](double z) {
-        means = Matrix(std::vector<Vector>(4, Vector{0.0, 0.0, z}));
-        return test.failure({true, true, false});
-    };
-    EXPECT_EQ(failureWith(2.0), "");
-    EXPECT_EQ(failureWith(2.000001), kStart + kAccGyro);
-    EXPECT_EQ(failureWith(std::numeric_limits<double>::quiet_NaN()), kStart + kAccGyro);
-}
-
-// A turn about the field's axis or about gravity shows nothing; the primary magnetometer alone is
-// followed through the turns as well as through the tilts.
-TEST(CrossSensorChecksTest, OnlyThePrimaryMagnetometerIsFollowedThroughTheTurns) {
-    FullRun test;
-    const std::vector<double>& times = test.run.segmentTimes();
-    InertialSensor& gyro = *test.sensors.at("Gyroscope");
-    for (Sample& sample : gyro.bufferedData) {
-        for (const std::size_t turn : {1u, 5u, 9u}) {
-            if (sample.timestamp > times[turn] && sample.timestamp < times[turn + 1]) {
-                sample.values = Vector(3);
+    // What the sensor says in a gap is that far off what it says in the stages.
+    void deviate(const std::string& name, double distance, int gap = kFirstTilt) {
+        for (Sample& sample : sensors.at(name)->bufferedData) {
+            if (std::abs(sample.timestamp - (gap + 0.5) * kGap) < 0.6 * kGap) {
+                sample.values = sample.values + Vector{distance, 0.0, 0.0};
             }
         }
     }
-    InertialSensor& mag = *test.sensors.at("Magnetometer");
-    EXPECT_GT(test.checks().rotationDifference(gyro, mag, identity(3)), 100.0);
-    mag.luid.InstanceId = 1;
-    EXPECT_LT(test.checks().rotationDifference(gyro, mag, identity(3)), 20.0);
-}
 
-TEST(CrossSensorChecksTest, ASensorWithoutSamplesEndsTheChecks) {
-    FullRun test;
-    test.turnField("");
-    test.sensors.at("Accelerometer")->bufferedData.clear();
-    EXPECT_EQ(test.failure(), "buffered data of sensorAccelerometer is empty");
-    test.run.process.segmentTimes.resize(12);
-    EXPECT_EQ(test.failure({false, true, true}), "Internal error");
+    // Half of the positions have the field that much above the plane, half below it.
+    void spreadDip(const std::string& name, double degrees) {
+        const double dip = degrees * kDegree;
+        const Vector up{0.0, 400.0 * std::cos(dip), 400.0 * std::sin(dip)};
+        const Vector down{up[0], up[1], -up[2]};
+        sensors.at(name)->stageMeans = Matrix(std::vector{up, up, down, down});
+    }
+
+    FakeRun run{FlowType::Full};
+    std::map<std::string, std::shared_ptr<InertialSensor>> sensors;
+
+  private:
+    void add(const std::string& name, const Vector& reading) {
+        const auto sensor = makeNamedSensor(name);
+        sensor->scaleMatrix = sensor->axisMapping = sensor->expectedValues = identity(3);
+        sensor->stageMeans = Matrix(std::vector<Vector>(4, reading));
+        for (double time = 0.0; time <= run.times.back(); time += 20.0) {
+            sensor->bufferedData.push_back({time, reading});
+        }
+        sensors[name] = sensor;
+    }
+};
+
+// The failure with the reasons of these rows of the table, counted from 1.
+std::string failureOf(const std::vector<std::size_t>& rows) {
+    std::string text = "Calibration failed. Reason: ";
+    for (const std::size_t row : rows) {
+        text += rowsOf("app/cross-checks.txt").at(row - 1).second + "\n";
+    }
+    return text;
 }
 
 }  // namespace
+
+TEST(CrossSensorChecksTest, EachLimitIsTheLargestValueThatPasses) {
+    std::size_t row = 0;
+    for (const auto& [told, reason] : rowsOf("app/cross-checks.txt")) {
+        ++row;
+        std::istringstream words(told);
+        std::string sensor, without, parameter, item;
+        char bar = 0;
+        double limit = 0.0;
+        words >> sensor >> bar >> without >> bar >> limit >> bar >> std::ws;
+        std::getline(words, parameter, '|');
+        parameter.pop_back();
+        std::getline(words >> std::ws, item);
+        item.pop_back();
+        // Rounding moves a spread, but no distance.
+        const bool isDip = limit == 6.0;
+        for (const double value : {isDip ? limit - 1e-6 : limit, limit + 1e-6}) {
+            StillRun test;
+            test.sensors.erase(without);
+            isDip ? test.spreadDip(sensor, value) : test.deviate(sensor, value);
+            const bool fails = value > limit;
+            EXPECT_EQ(test.failure(), fails ? failureOf({row}) : kNoFailure);
+            const std::string report = reportOf(*test.sensors.at(sensor));
+            EXPECT_EQ(report.empty(), !fails);
+            EXPECT_EQ(contains(report, " FailureParameter=" + parameter + "](" + item +
+                                           "(Values('" + fixedText(value) + "')))"),
+                      fails)
+                << report;
+        }
+    }
+}
+
+TEST(CrossSensorChecksTest, EveryDisagreementIsToldAndTheFirstReported) {
+    StillRun test;
+    for (const std::string suffix : {"", "_2"}) {
+        test.spreadDip("Magnetometer" + suffix, 7.0);
+        test.deviate("Magnetometer" + suffix, 1001.0);
+        test.deviate("Accelerometer" + suffix, std::numeric_limits<double>::quiet_NaN());
+    }
+    EXPECT_EQ(test.failure(), failureOf({1, 2, 3, 4, 5, 6, 7}));
+    EXPECT_FALSE(test.sensors.at("Accelerometer")->report.exists());
+    EXPECT_EQ(test.failure({true, false, false}), kNoFailure);
+    EXPECT_EQ(test.failure({true, true, false}), failureOf({5, 6, 7}));
+    EXPECT_EQ(test.failure({false, true, true}), failureOf({3, 4}));
+    EXPECT_EQ(test.failure({true, false, true}), failureOf({1, 2}));
+    test.sensors.erase("Accelerometer");
+    EXPECT_EQ(test.failure(), failureOf({2, 3, 4, 6}));
+}
+
+// The device turns about the vertical in every other gap, which shows an accelerometer nothing; a
+// secondary magnetometer isn't followed through them either.
+TEST(CrossSensorChecksTest, GapsThatAreFollowed) {
+    for (int gap = 1; gap < 13; gap += 2) {
+        StillRun test;
+        for (const std::string suffix : {"", "_2"}) {
+            test.deviate("Accelerometer" + suffix, 2.0, gap);
+            test.deviate("Magnetometer" + suffix, 2000.0, gap);
+        }
+        EXPECT_EQ(test.failure(), gap % 4 == 3 ? failureOf({3, 4, 5, 6, 7}) : failureOf({3}))
+            << gap;
+        test.run.times.resize(13);
+        EXPECT_NE(test.failure(), "Internal error");
+        test.run.times.resize(12);
+        EXPECT_EQ(test.failure(), "Internal error");
+    }
+}
+
+// The secondary half lies the other way round.
+TEST(CrossSensorChecksTest, ATiltIsFollowedInTheFrameOfEachHalf) {
+    StillRun test;
+    test.sensors.erase("Gyroscope_2");
+    InertialSensor& acc = *test.sensors.at("Accelerometer");
+    InertialSensor& acc2 = *test.sensors.at("Accelerometer_2");
+    acc2.expectedValues = Matrix(3, 3, {-1.0, 0.0, 0.0, 0.0, -1.0, 0.0, 0.0, 0.0, 1.0});
+    for (std::size_t i = 0; i < acc.bufferedData.size(); ++i) {
+        const double turned = acc.bufferedData[i].timestamp / kGap - kFirstTilt;
+        if (turned > 0.0 && turned < 1.0) {
+            const double angle = turned * 90.0 * kDegree;
+            acc.bufferedData[i].values = {0.0, std::sin(angle), std::cos(angle)};
+            acc2.bufferedData[i].values = {0.0, -std::sin(angle), std::cos(angle)};
+            test.sensors.at("Gyroscope")->bufferedData[i].values = {90.0, 0.0, 0.0};
+        }
+    }
+    EXPECT_EQ(test.failure({true, true, false}), kNoFailure);
+}
 
 }  // namespace tavocal::test

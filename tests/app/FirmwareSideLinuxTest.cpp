@@ -1,0 +1,121 @@
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "app/FirmwareSide.h"
+#include "app/RunSettings.h"
+#include "base/Failures.h"
+#include "base/Text.h"
+#include "formats/CalibrationXml.h"
+#include "sensors/Sensor.h"
+#include "simulator/CalibrationBlocks.h"
+#include "support/MessageOf.h"
+#include "support/SimulatedFirmware.h"
+#include "support/WorkingFolder.h"
+
+namespace tavocal::test {
+
+namespace {
+
+class FirmwareSideTest : public ::testing::Test {
+  protected:
+    const WorkingFolder folder;
+    RunSettings settings;
+    const FirmwareSide side{settings};
+};
+
+}  // namespace
+
+TEST_F(FirmwareSideTest, FormFactorsWithASecondInstance) {
+    const std::string refusal =
+        "Second sensor instance for form factors other than 2in1 or MID is not supported, please "
+        "check PDT form factor type. To calibrate only the primary sensor, you can use the primary "
+        "sensors only option";
+    for (const std::string formFactor : {"2IN1", "MID", "TABLET", "CLAMSHELL"}) {
+        const SimulatedFirmware firmware({"--form-factor", formFactor});
+        EXPECT_EQ(messageOf<CalibrationException>([&] { side.checkSecondInstance(); }),
+                  formFactor == "2IN1" || formFactor == "MID" ? kNoFailure : refusal);
+    }
+}
+
+TEST_F(FirmwareSideTest, ImportedSensorsMustBeListed) {
+    for (const LUID& luid : {LUID{0x73, 1, 0, 0, 2}, LUID{0x73, 1, 0, 1, 2}, LUID{0x1234}}) {
+        const auto sensor = makeSensor(luid);
+        sensor->importCalibration(Bytes{200, 0, 0, 0, 1, 2});  // a vendor's own
+        saveCalibrationXml(luidText(luid) + ".xml", {sensor}, false);
+    }
+    const SimulatedFirmware firmware({});
+    settings.importsXml = true;
+    const auto imported = [this](const char* file) {
+        return messageOf<CalibrationException>([&] { side.initPhysicalSensors(file); });
+    };
+    EXPECT_EQ(imported("0073000100000002.xml"), kNoFailure);
+    EXPECT_EQ(imported("0073000100000102.xml"),
+              "A matching Accelerometer_2 physical sensor was not found on the platform in "
+              "order to write the calibration data of 0073000100000102");
+    EXPECT_EQ(imported("1234000000000000.xml"),
+              "A matching physical sensor was not found for writing the calibration data of "
+              "1234000000000000");
+}
+
+TEST_F(FirmwareSideTest, CompanionsOfStaticSensors) {
+    const auto count = [this](const LUID& calibrating, const LUID& other) {
+        const auto sensor = makeSensor(calibrating);
+        const auto companion = makeSensor(other);
+        const auto found = side.matchDynamicSensors({sensor}, {companion, sensor});
+        EXPECT_TRUE(found.empty() || found.at(sensor) == companion);
+        return found.size();
+    };
+    const LUID acc{0x0073, 0, 0, 0, 2};
+    EXPECT_EQ(count(acc, {0x0073, 0, 0, 0, 1}), 0U);
+    settings.runCommand = RunCommand::Calibrate;
+    EXPECT_EQ(count(acc, {0x0073, 0, 0, 0, 1}), 1U);
+    EXPECT_EQ(count(acc, {0x0073, 0, 7, 0, 2}), 1U);
+    EXPECT_EQ(count(acc, {0x0073, 0, 0, 0, 0}), 0U);
+    EXPECT_EQ(count(acc, {0x0073, 1, 0, 0, 1}), 0U);
+    EXPECT_EQ(count(acc, {0x0073, 0, 0, 1, 1}), 0U);
+    EXPECT_EQ(count(acc, {0x0076, 0, 0, 0, 1}), 0U);
+    EXPECT_EQ(count({0x0073, 0, 0, 1, 2}, {0x0073, 0, 0, 0, 1}), 0U);
+    settings.flowType = FlowType::Minimal;
+    EXPECT_EQ(count(acc, {0x0073, 0, 0, 0, 1}), 0U);
+}
+
+// Command, flow and fault, and what is read. The run works on the static accelerometer; it, its
+// companion and the gyroscopes are listed.
+TEST_F(FirmwareSideTest, BlocksThatARunReads) {
+    std::istringstream rows(
+        "1 0 none yes,yes,no,no, 1 1 none yes,no,no,no, 2 0 none yes,no,no,no, "
+        "0 0 none yes,yes,yes,yes, 1 0 refused-get-calibration no,no,no,no,");
+    int command = 0, flow = 0;
+    for (std::string fault, expected; rows >> command >> flow >> fault >> expected;) {
+        const SimulatedFirmware firmware({"--fault", fault});
+        settings.runCommand = static_cast<RunCommand>(command);
+        settings.flowType = static_cast<FlowType>(flow);
+        settings.exportsXml = command == 0;
+        const FirmwareSide::Sensors sensors = side.initPhysicalSensors("");
+        side.loadSensorsData(sensors, {sensors[0]}, {{sensors[0], sensors[1]}});
+        std::string loaded;
+        for (std::size_t i = 0; i < 4; ++i) {
+            loaded += sensors.at(i)->getOriginalCalibration().empty() ? "no," : "yes,";
+        }
+        EXPECT_EQ(loaded, expected);
+    }
+}
+
+TEST_F(FirmwareSideTest, BlocksAreWrittenBeforeTheReset) {
+    const std::pair<const char*, std::string> kRows[] = {
+        {"none", kNoFailure},
+        {"refused-reset", "SMHI Error: Reset Tavo command failed"},
+        {"refused-set-calibration", "SMHI Error: Set calibration data command failed"}};
+    for (const auto& [fault, failure] : kRows) {
+        SimulatedFirmware firmware({"--fault", fault});
+        const FirmwareSide::Sensors sensors = side.initPhysicalSensors("");
+        Sensor& light = *sensors.back();
+        light.calibrationToWrite = simulator::lightBlock(3.0);
+        EXPECT_EQ(messageOf<SmhiException>([&] { side.flushCalibrationData(sensors); }), failure);
+        EXPECT_EQ(firmware.stop().block(light.getLuid()) == light.calibrationToWrite,
+                  !contains(failure, "Set"));
+    }
+}
+
+}  // namespace tavocal::test

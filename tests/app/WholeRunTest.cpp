@@ -1,0 +1,105 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <sstream>
+
+#include "base/Text.h"
+#include "simulator/Recording.h"
+#include "support/TempFolder.h"
+#include "support/ToolRun.h"
+
+// The numbers of whole runs of the program, on recordings and live.
+namespace tavocal::test {
+
+namespace {
+
+class WholeRunTest : public ::testing::Test {
+  protected:
+    simulator::RecordingTruth recorded(bool crlf = false) {
+        const simulator::Recording recording = record(options);
+        EXPECT_EQ(recording.writeTo(folder.path("dumps"), crlf), "");
+        return recording.truth;
+    }
+
+    std::string replay(std::vector<std::string> arguments) {
+        arguments.insert(arguments.end(), {"-UseRawData", "dumps", "-ExportAllFiles", "out"});
+        return runTavocal(folder.path(), arguments).output;
+    }
+
+    TempFolder folder;
+    simulator::RecordingOptions options;
+};
+
+// The numbers of the matrix or vector that the program prints under a title.
+std::vector<double> printed(const std::string& output, const std::string& title,
+                            std::size_t count) {
+    std::istringstream text(from(output, title + ":\n").substr(title.size() + 2));
+    std::vector<double> numbers(count, NAN);
+    for (double& number : numbers) {
+        text >> number;
+    }
+    return numbers;
+}
+
+TEST_F(WholeRunTest, ErrorsOfTheDeviceComeOut) {
+    options.secondary = true;
+    for (const auto& [seed, hinge] : {std::pair(1U, "LEFT"), std::pair(2U, "BOTTOM")}) {
+        options.seed = seed;
+        options.hinge = hinge;
+        const simulator::RecordingTruth truth = recorded();
+        const std::string output = replay({"-CalibrateOffline", "AGM"});
+        for (const auto& [sensor, errors] : truth.sensors) {
+            SCOPED_TRACE(sensor + " of seed " + std::to_string(seed));
+            const std::size_t suffix = sensor.find("_2");
+            const std::string title =
+                (suffix == std::string::npos ? "\n" : "\nSecond ") + sensor.substr(0, suffix);
+            const bool isMag = contains(sensor, "Magnetometer");
+            const auto offset = printed(output, title + " Offset", 3);
+            const double far = std::hypot(offset[0] - errors.offset.x, offset[1] - errors.offset.y,
+                                          offset[2] - errors.offset.z);
+            EXPECT_LT(far, isMag ? 3.0 : contains(sensor, "Gyroscope") ? 0.02 : 0.001);
+            const auto scale = printed(output, title + " Scale", 9);
+            // No calibration finds the strength of the field.
+            const double length = isMag ? errors.scale.rows[2][2] / scale[8] : 1.0;
+            for (std::size_t k = 0; k < 9; ++k) {
+                EXPECT_NEAR(scale[k] * length, errors.scale.rows[k / 3][k % 3],
+                            isMag ? 0.02 : 0.001);
+            }
+        }
+    }
+}
+
+TEST_F(WholeRunTest, RunsOfTheSameDumpsGiveTheSameFilesWhateverTheirLineEnds) {
+    const auto files = [this](bool crlf) {
+        recorded(crlf);
+        replay({"-CalibrateOffline", "AGM", "-ExportResult"});
+        return fileContent(folder.path("out/resultCalibration.xml")) +
+               from(fileContent(folder.path("out/AGMLogFile.xml")), " Version=") +
+               fileContent(folder.path("out/calibratedDataDumpGyroscope.csv"));
+    };
+    const std::string first = files(false);
+    EXPECT_EQ(files(false), first);
+    EXPECT_EQ(files(true), first);
+}
+
+// What the firmware does to the readings is undone.
+TEST_F(WholeRunTest, ASecondLiveCalibrationFindsTheSame) {
+    const std::vector<std::string> device = {"--device", "device.txt", "--speed", "50"};
+    const auto calibrate = [&] {
+        return runLive(folder.path(), device,
+                       {"-Calibrate", "A", "-UpdateTavo", "-ExportAllFiles", "out"})
+            .status;
+    };
+    const auto offset = [this](const std::string& name) {
+        return std::stod(from(fileContent(folder.path("out/" + name)), "<OffsetX>").substr(9));
+    };
+    ASSERT_EQ(calibrate(), 0);
+    const double first = offset("resultCalibration.xml");
+    ASSERT_EQ(calibrate(), 0);
+    EXPECT_EQ(offset("currentCalibration.xml"), first);
+    EXPECT_NEAR(offset("resultCalibration.xml"), first, 2000.0);
+}
+
+}  // namespace
+
+}  // namespace tavocal::test
