@@ -7,7 +7,7 @@
 
 #include "firmware/SampleReceiver.h"
 
-namespace tavocal {
+namespace tavocal::test {
 
 // Keeps what a session delivers. To be read when the session has stopped.
 class FakeReceiver : public SampleReceiver {
@@ -31,13 +31,11 @@ class FakeReceiver : public SampleReceiver {
         const auto found = sensors.find(luidText);
         return found == sensors.end() ? std::nullopt : std::optional<Target>(found->second);
     }
-
     void handleData(const std::shared_ptr<Sensor>& sensor, std::span<const double> values,
                     double timeMs) override {
         deliveries.push_back({sensor, {values.begin(), values.end()}, timeMs});
         onDelivery();
     }
-
     void stageDone(bool status) override {
         stages.push_back(status);
         onStageDone();
@@ -52,4 +50,4 @@ class FakeReceiver : public SampleReceiver {
     std::map<std::string, Target> sensors;
 };
 
-}  // namespace tavocal
+}  // namespace tavocal::test

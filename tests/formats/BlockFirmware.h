@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <map>
 #include <memory>
 #include <string>
@@ -23,37 +22,25 @@ class BlockFirmware {
     }
 
     std::map<std::string, CalibrationBlock> blocks;  // by LUID text
-    std::uint8_t formFactor = 0;
-    std::uint8_t hinge = 0;
+    std::uint8_t formFactor = 4;
+    std::uint8_t hinge = 3;
 
     SDT sdt{[this] { return kelu; }};
 
     std::size_t requestCount() const { return kelu->written().size(); }
 
   private:
-    static constexpr std::size_t kLuidOffset = 4;
-    static constexpr std::size_t kDataTypeHighByte = 13;
-
     Bytes answerTo(const Bytes& request) const {
-        return request.at(kDataTypeHighByte) == 0x04 ? settings() : blockOf(request);
-    }
-
-    Bytes settings() const {
-        Bytes answer(20, 0);
-        answer[0] = 0x84;
-        answer[9] = formFactor;
-        answer[13] = hinge;
-        return answer;
-    }
-
-    Bytes blockOf(const Bytes& request) const {
-        const auto found = blocks.find(luidText(luidFromBytes(request.data() + kLuidOffset)));
+        const bool asksForSettings = request.at(13) == 0x04;
+        if (asksForSettings) {
+            return ByteWriter().u8(0x84).zeros(8).u8(formFactor).zeros(3).u8(hinge).take();
+        }
+        const auto found = blocks.find(luidText(luidFromBytes(request.data() + 4)));
         if (found == blocks.end()) {
             return {0x84, 0, 0, 1};
         }
-        ByteWriter answer;
-        answer.u8(0x84).zeros(21).u16(static_cast<std::uint16_t>(found->second.size()));
-        return answer.append(found->second).take();
+        const auto size = static_cast<std::uint16_t>(found->second.size());
+        return ByteWriter().u8(0x84).zeros(21).u16(size).append(found->second).take();
     }
 };
 

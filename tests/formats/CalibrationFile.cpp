@@ -1,28 +1,49 @@
 #include "formats/CalibrationFile.h"
 
 #include "base/Failures.h"
+#include "base/Text.h"
 #include "formats/CalibrationXml.h"
+#include "support/MessageOf.h"
 
 namespace tavocal::test {
 
 namespace {
 
-std::string attribute(const std::string& name, int value) {
-    return " " + name + "=\"" + std::to_string(value) + "\"";
+std::string sensorText(const LUID& luid, const std::string& formatId, const std::string& content) {
+    const auto attribute = [](const std::string& name, int value) {
+        return " " + name + "='" + std::to_string(value) + "'";
+    };
+    return "<Sensor" + attribute("SensorTypeId", luid.SensorTypeId) +
+           attribute("SubTypeId", luid.SubTypeId) + attribute("VendorId", luid.VendorId) +
+           attribute("InstanceId", luid.InstanceId) + attribute("Flags", luid.Flags) +
+           "><CalibrationData Version='7' FormatId='" + formatId + "'>" + content +
+           "</CalibrationData></Sensor>";
+}
+
+}  // namespace
+
+LUID luidOf(const std::string& kind) {
+    return std::map<std::string, LUID>{{"static", kStaticAccelerometer},
+                                       {"dynamic", kDynamicAccelerometer},
+                                       {"both", {0x73, 0, 0, 0, kStaticFlag | kDynamicFlag}},
+                                       {"plain", kPlainInertial},
+                                       {"light", kAmbientLight},
+                                       {"generic", kGeneric}}
+        .at(kind);
 }
 
 std::string fileText(const std::string& sensors) {
     return "<Tavo><Calibration>" + sensors + "</Calibration></Tavo>";
 }
 
-}  // namespace
-
-std::string sensorText(const LUID& luid, int formatId, const std::string& content) {
-    return "<Sensor" + attribute("SensorTypeId", luid.SensorTypeId) +
-           attribute("SubTypeId", luid.SubTypeId) + attribute("VendorId", luid.VendorId) +
-           attribute("InstanceId", luid.InstanceId) + attribute("Flags", luid.Flags) +
-           "><CalibrationData" + attribute("Version", 7) + attribute("FormatId", formatId) + ">" +
-           content + "</CalibrationData></Sensor>";
+CalibrationFile::CalibrationFile() {
+    firmware.blocks[luidText(kStaticAccelerometer)] = CalibrationBlock(40, 0);
+    firmware.blocks[luidText(kPlainInertial)] = CalibrationBlock(40, 0);
+    firmware.blocks[luidText(kDynamicAccelerometer)] = CalibrationBlock(12, 1);
+    CalibrationBlock light(18, 0);
+    light[0] = 1;
+    light[5] = 3;
+    firmware.blocks[luidText(kAmbientLight)] = light;
 }
 
 std::string CalibrationFile::saved(const Sensors& sensors, bool useCurrent) const {
@@ -34,21 +55,29 @@ CalibrationFile::Sensors CalibrationFile::load(const std::string& text) {
     return loadCalibrationXml(folder.write("loaded.xml", text), firmware.sdt);
 }
 
-std::shared_ptr<Sensor> CalibrationFile::loadSensor(const std::string& text) {
-    return load(fileText(text)).at(0);
+std::string CalibrationFile::outcomeOf(const std::string& text) {
+    std::string block;
+    const std::string failure = messageOf<CalibrationException>([&] {
+        const CalibrationBlock bytes = load(text).at(0)->calibrationToWrite;
+        block = hexText(bytes.data(), bytes.size());
+    });
+    return failure == kNoFailure ? block : failure;
 }
 
-std::string CalibrationFile::failureOf(const std::string& text) {
-    try {
-        load(text);
-    } catch (const CalibrationException& failure) {
-        return failure.what();
+void CalibrationFile::expectOutcomes(const std::string& rows, const TextTable& meanings) {
+    TextTable all = meanings;
+    all.insert(all.end(), {{"BAD", "XML parsing error."},
+                           {"NUMBER(", "Conversion error. Value "},
+                           {"NONE)", " is not a valid number"}});
+    for (const auto& [given, expected] : textTable(rows, all)) {
+        const std::size_t first = given.find(' ');
+        const std::size_t second = given.find(' ', first + 1);
+        const LUID luid = luidOf(given.substr(0, first));
+        const std::string formatId = given.substr(first + 1, second - first - 1);
+        EXPECT_EQ(outcomeOf(fileText(sensorText(luid, formatId, given.substr(second + 1)))),
+                  replaceAll(expected, "LUID", luidText(luid)))
+            << given.substr(0, 200);
     }
-    return "none";
-}
-
-std::string CalibrationFile::sensorFailure(const std::string& text) {
-    return failureOf(fileText(text));
 }
 
 }  // namespace tavocal::test

@@ -2,136 +2,84 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
-#include "formats/SensorXmlFixture.h"
+#include "formats/CalibrationFile.h"
 #include "platform/Console.h"
 
-namespace tavocal {
+namespace tavocal::test {
 namespace {
 
-using test::repeated;
-using test::sensorText;
+class InertialXmlTest : public CalibrationFile {};
 
-// The default block of a static sensor with some of its bytes replaced.
-CalibrationBlock defaultBlockWith(std::size_t position, const CalibrationBlock& bytes) {
-    CalibrationBlock block = {0, 7, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0,
-                              0, 0, 1, 0, 0, 0, 0, 0, 0, 0, 1, 0, 1, 0, 1, 1, 1, 0, 0, 0};
-    std::copy(bytes.begin(), bytes.end(), block.begin() + static_cast<std::ptrdiff_t>(position));
-    return block;
+TEST_F(InertialXmlTest, StaticData) {
+    expectOutcomes(
+        R"(
+static 0 <Offset><OffsetX>-2</OffsetX></Offset> => 0007feffffff0000000000000000MATRIX010101000000
+static 0 <Offset><OffsetX>2147483648</OffsetX></Offset> => NUMBER(2147483648NONE)
+static 0 <Offset><OffsetY>1</OffsetY></Offset> => BAD Unexpected element OffsetY. Line: OffsetY
+static 0 <Offset><OffsetX/><OffsetY/><OffsetZ/><OffsetZ/></Offset> => BAD Unexpected element OffsetZ. Line: OffsetZ
+static 0 <Offset><!--note--></Offset> => BAD Unexpected element . Line: |
+
+static 0 <Matrix><Mat11>+258</Mat11></Matrix> => 0007NIL02010000TAIL010101000000
+static 0 <Matrix><Mat11>-32768</Mat11><Mat12>32767</Mat12></Matrix> => 0007NIL0080ff7fTAIL010101000000
+static 0 <Matrix><Mat11>-32769</Mat11></Matrix> => BAD Invalid value for element Mat11. name: Mat11
+static 0 <Matrix><Mat11/><Mat12>32768</Mat12></Matrix> => BAD Invalid value for element Mat12. name: Mat12
+static 0 <Matrix>NINE<ScaleFactor>32768</ScaleFactor></Matrix> => BAD Invalid value for element ScaleFactor
+static 0 <Matrix><Mat11>4294967296</Mat11></Matrix> => NUMBER(4294967296NONE)
+static 0 <Matrix><Mat12>1</Mat12></Matrix> => BAD Unexpected element Mat12
+static 0 <Matrix><!--note--></Matrix> => BAD Unexpected element |
+static 0 <Matrix><ScaleFactor>1</ScaleFactor></Matrix> => BAD Unexpected element ScaleFactor
+static 0 <Matrix>NINE<Mat33>1</Mat33></Matrix> => BAD Unexpected element Mat33
+static 0 <Matrix>NINE<ScaleFactor>1</ScaleFactor><ScaleFactor>1</ScaleFactor></Matrix> => BAD Unexpected element ScaleFactor
+
+static 0 <AXISMAPPING><XX/><XY>-1</XY><XZ>1</XZ></AXISMAPPING><!-- a note --> => 0007NILMATRIX1c0101000000
+static 0 <AxisMapping><XX>2</XX></AxisMapping> => BAD Invalid value for axis element |
+static 0 <AxisMapping><XX>-2</XX></AxisMapping> => BAD Invalid value for axis element |
+static 0 <AxisMapping><XX>1.0</XX></AxisMapping> => NUMBER(1.0NONE)
+static 0 <AxisMapping><XY>1</XY></AxisMapping> => BAD Unexpected element |
+static 0 <AxisMapping><xx>1</xx></AxisMapping> => BAD Unexpected element |
+static 0 <AxisMapping><XX/><XY/><XZ/><YX/><YY/><YZ/><ZX/><ZY/><ZZ/><ZZ/></AxisMapping> => BAD Unexpected element |
+static 0 <AxisMapping><!--note--></AxisMapping> => BAD Unexpected element note
+static 0 <AxisMapping>words</AxisMapping> => BAD Unexpected element words
+static 0 <AxisMapping><?XX 1?></AxisMapping> => BAD Unexpected element 1
+
+static 0 <Offset/><VendorData DataLength='2'>abCD</VendorData> => 0007NILMATRIX010101000200abcd
+static 0 <Offset/><VendorData DataLength='0'></VendorData> => 0007NILMATRIX010101000000
+static 0 <Offset/><VendorData DataLength='0'>ab</VendorData> => BAD VendorData size does not match declared length. Line: VendorData
+static 0 <Offset/><VendorData DataLength='1'>a-</VendorData> => BAD VendorData size does not match declared length. Line: VendorData
+static 0 <Offset/><VendorData DataLength=''>ab</VendorData> => BAD Missing field DataLength. Line: VendorData
+static 0 <Offset/><VendorData>ab</VendorData> => BAD Missing field DataLength. Line: VendorData
+
+static 0 <Scale/><ScaleFactor>5</ScaleFactor> => 0007NILMATRIX010101000000
+static 1 <Offset/> => BAD Unsupported format of calibration data. Line: CalibrationData
+static 200 <Offset/> => BAD Unsupported format of calibration data. Line: CalibrationData
+plain 0 <Offset/> => BAD Unknown format of calibration data. Line: CalibrationData
+)",
+        {{"NINE", "<Mat11/><Mat12/><Mat13/><Mat21/><Mat22/><Mat23/><Mat31/><Mat32/><Mat33/>"},
+         {"MATRIX", "01000000TAIL"},
+         {"TAIL", "00000000010000000000000001000100"},
+         {"NIL", std::string(24, '0')},
+         {"|", ""}});
+    const auto sensor = load(
+        fileText("<Sensor SensorTypeId='115' SubTypeId='2' VendorId='1' InstanceId='0' Flags='2'>"
+                 "<CalibrationData Version='7' FormatId='0'><Offset/></CalibrationData></Sensor>"));
+    EXPECT_EQ(sensor.at(0)->formFactor, firmware.formFactor);
+    EXPECT_EQ(sensor.at(0)->hinge, firmware.hinge);
+    EXPECT_EQ(sensor.at(0)->getOriginalCalibration(), CalibrationBlock(40, 0));
 }
 
-class InertialXmlTest : public test::SensorXmlFixture {};
-
-TEST_F(InertialXmlTest, ReadsPartOfStaticData) {
-    EXPECT_EQ(blockOf(test::kStaticAccelerometer, 0, "<Offset><OffsetX>-2</OffsetX></Offset>"),
-              defaultBlockWith(2, {0xFE, 0xFF, 0xFF, 0xFF}));
-    EXPECT_EQ(blockOf(test::kStaticAccelerometer, 0, "<Matrix><Mat11>+258</Mat11></Matrix>"),
-              defaultBlockWith(14, {2, 1}));
-    EXPECT_EQ(blockOf(test::kStaticAccelerometer, 0,
-                      "<AXISMAPPING><XX/><XY>-1</XY></AXISMAPPING><!-- a note -->"),
-              defaultBlockWith(34, {0x0C, 1, 1, 0}));
-    EXPECT_EQ(blockOf(test::kStaticAccelerometer, 0, "<Scale/><ScaleFactor>5</ScaleFactor>"),
-              defaultBlockWith(0, {}));
-    EXPECT_EQ(
-        blockOf(test::kStaticAccelerometer, 0, "<Offset/><VendorData DataLength='0'></VendorData>"),
-        defaultBlockWith(0, {}));
-    CalibrationBlock withVendorData = defaultBlockWith(38, {2, 0});
-    withVendorData.insert(withVendorData.end(), {0xAB, 0xCD});
-    EXPECT_EQ(blockOf(test::kStaticAccelerometer, 0,
-                      "<Offset/><VendorData DataLength='2'>abCD</VendorData>"),
-              withVendorData);
-}
-
-TEST_F(InertialXmlTest, ChecksStaticData) {
-    const std::string bad = "XML parsing error. ";
-    const std::string axes =
-        "<XX>1</XX><XY>0</XY><XZ>0</XZ><YX>0</YX><YY>1</YY><YZ>0</YZ><ZX>0</ZX><ZY>0</ZY>"
-        "<ZZ>1</ZZ>";
-    std::string elements;
-    for (const char* name : {"11", "12", "13", "21", "22", "23", "31", "32", "33"}) {
-        elements += "<Mat" + std::string(name) + ">1</Mat" + name + ">";
-    }
-    const auto mapping = [](const std::string& text) {
-        return "<AxisMapping>" + text + "</AxisMapping>";
-    };
-    const auto matrix = [](const std::string& text) { return "<Matrix>" + text + "</Matrix>"; };
-    const auto offset = [](const std::string& text) { return "<Offset>" + text + "</Offset>"; };
-    const std::string offsets = "<OffsetX/><OffsetY/><OffsetZ/>";
-    const std::string mismatch =
-        bad + "VendorData size does not match declared length. Line: VendorData";
-    const std::string missingLength = bad + "Missing field DataLength. Line: VendorData";
-    const auto vendor = [](const std::string& length, const std::string& text) {
-        return "<Offset/><VendorData DataLength='" + length + "'>" + text + "</VendorData>";
-    };
-    expectFailures(
-        test::kStaticAccelerometer, 0,
-        {{mapping("<XY>1</XY>"), bad + "Unexpected element "},
-         {mapping("<xx>1</xx>"), bad + "Unexpected element "},
-         {mapping("<!--note-->" + axes), bad + "Unexpected element note"},
-         {mapping("words"), bad + "Unexpected element words"},
-         {mapping(axes + "<ZZ>1</ZZ>"), bad + "Unexpected element "},
-         {mapping("<?XX 1?>"), bad + "Unexpected element 1"},
-         {mapping("<XX>2</XX>"), bad + "Invalid value for axis element "},
-         {mapping("<XX>-2147483648</XX>"), bad + "Invalid value for axis element "},
-         {mapping("<XX>1.0</XX>"), test::kNoNumber + "1.0 is not a valid number"},
-         {matrix("<Mat12>1</Mat12>"), bad + "Unexpected element Mat12"},
-         {matrix("<!--note-->" + elements), bad + "Unexpected element "},
-         {matrix("<ScaleFactor>1</ScaleFactor>"), bad + "Unexpected element ScaleFactor"},
-         {matrix(elements + "<Mat33>1</Mat33>"), bad + "Unexpected element Mat33"},
-         {matrix(elements + "<ScaleFactor>1</ScaleFactor><ScaleFactor>1</ScaleFactor>"),
-          bad + "Unexpected element ScaleFactor"},
-         {matrix("<Mat11>32768</Mat11>"), bad + "Invalid value for element Mat11. name: Mat11"},
-         {matrix("<Mat11>0</Mat11><Mat12>-32769</Mat12>"),
-          bad + "Invalid value for element Mat12. name: Mat12"},
-         {matrix(elements + "<ScaleFactor>32768</ScaleFactor>"),
-          bad + "Invalid value for element ScaleFactor"},
-         {matrix("<Mat11>4294967296</Mat11>"),
-          test::kNoNumber + "4294967296 is not a valid number"},
-         {offset("<OffsetY>1</OffsetY>"), bad + "Unexpected element OffsetY. Line: OffsetY"},
-         {offset(offsets + "<OffsetZ/>"), bad + "Unexpected element OffsetZ. Line: OffsetZ"},
-         {offset("<!--note-->"), bad + "Unexpected element . Line: "},
-         {offset("<OffsetX>2147483648</OffsetX>"),
-          test::kNoNumber + "2147483648 is not a valid number"},
-         {"<Offset/><VendorData>ab</VendorData>", missingLength},
-         {vendor("", "ab"), missingLength},
-         {vendor("2", "ab"), mismatch},
-         {vendor("0", "ab"), mismatch},
-         {vendor("1", "a-"), mismatch},
-         {vendor("-1", ""), mismatch},
-         {vendor("65536", repeated("0", 131072)), mismatch}});
-    const std::string format = bad + "Unsupported format of calibration data. Line: ";
-    expectFailures(test::kStaticAccelerometer, 1, {{"<Offset/>", format + "CalibrationData"}});
-    expectFailures(test::kStaticAccelerometer, 200, {{"<Offset/>", format + "CalibrationData"}});
-    expectFailures(
-        test::kPlainInertial, 0,
-        {{"<Offset/>", bad + "Unknown format of calibration data. Line: CalibrationData"}});
-}
-
-TEST_F(InertialXmlTest, ReadsFormFactorAndHingeOfInertialSensor) {
-    file.firmware.formFactor = 4;
-    file.firmware.hinge = 3;
-    const auto sensor = file.loadSensor(sensorText(test::kStaticAccelerometer, 0, "<Offset/>"));
-    EXPECT_EQ(sensor->formFactor, 4);
-    EXPECT_EQ(sensor->hinge, 3);
-    EXPECT_TRUE(sensor->calibrationLoaded);
-}
-
-TEST_F(InertialXmlTest, ReadsWhiteNoise) {
-    const LUID& luid = test::kDynamicAccelerometer;
-    CalibrationBlock expected(12, 1);
-    std::fill_n(expected.begin() + 2, 4, std::uint8_t{0xFF});
-    EXPECT_EQ(blockOf(luid, 1, "<WhiteNoise>-1</WhiteNoise>"), expected);
-    expectFailures(luid, 1,
-                   {{"<Offset/>", "XML parsing error. Missing white noise value."},
-                    {"<WhiteNoise>4294967295</WhiteNoise>",
-                     test::kNoNumber + "4294967295 is not a valid number"}});
+TEST_F(InertialXmlTest, WhiteNoiseGoesIntoThePresentBlock) {
+    expectOutcomes(R"(
+dynamic 1 <WhiteNoise>-1</WhiteNoise> => 0101ffffffff010101010101
+dynamic 1 <WhiteNoise>4294967295</WhiteNoise> => NUMBER(4294967295NONE)
+dynamic 1 <Offset/> => BAD Missing white noise value.
+dynamic 2 <WhiteNoise>1</WhiteNoise> => BAD Unsupported format of calibration data. Line: CalibrationData
+)");
     testing::internal::CaptureStdout();
     for (const CalibrationBlock& unusable : {CalibrationBlock{}, CalibrationBlock(12, 9)}) {
-        file.firmware.blocks[luidText(luid)] = unusable;
-        expectFailures(luid, 1,
-                       {{"<WhiteNoise>1</WhiteNoise>",
-                         "Error. No original scaling for dynamic sensor Accelerometer"}});
+        firmware.blocks[luidText(kDynamicAccelerometer)] = unusable;
+        expectOutcomes(
+            "dynamic 1 <WhiteNoise>1</WhiteNoise> => Error. No original scaling for dynamic sensor "
+            "Accelerometer");
     }
     platform::Console::instance().flush();
     EXPECT_EQ(testing::internal::GetCapturedStdout(),
@@ -140,4 +88,4 @@ TEST_F(InertialXmlTest, ReadsWhiteNoise) {
 }
 
 }  // namespace
-}  // namespace tavocal
+}  // namespace tavocal::test
