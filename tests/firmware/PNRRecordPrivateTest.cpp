@@ -151,7 +151,7 @@ TEST_F(PNRRecordPrivateTest, InterleavedSensorsGetTheirSamplesInOrder) {
                      "DEBUG]: ACK  header.command= 12 header.status = 0 header.is_response = 1"}));
     EXPECT_EQ(
         log("WorkerThread"),
-        (Lines{kReading, "INSANE]: Get message, header.command=15size= 113", kReading,
+        (Lines{kReading, "INSANE]: Get message, header.command=15size= 104", kReading,
                "INSANE]: Get message, header.command=15size= 29", kReading,
                "DEBUG]: PNRRecordPrivate::WorkerThread - STOP_CMD_ISSUED", kReading,
                "INSANE]: Get message, header.command=12size= 4",

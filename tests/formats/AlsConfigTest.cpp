@@ -15,34 +15,22 @@ class AlsConfigTest : public testing::Test {
     // The levels and the delay as text, or the failure.
     std::string loaded(const std::string& content) {
         AlsAutoConfig config;
-        std::string text;
         const std::string failure = messageOf<CalibrationException>(
             [&] { loadAlsConfig(folder.write("als.txt", content), config); });
+        std::string text;
         for (const int value : config.values) {
             text += std::to_string(value) + " ";
         }
         return failure == kNoFailure ? text + "/ " + std::to_string(config.delayTime) : failure;
     }
     void expectOutcomes(const std::string& rows) {
-        for (const auto& [content, outcome] :
-             textTable(rows, {{"\\n", "\n"},
-                              {"\\r", "\r"},
-                              {"\\t", "\t"},
-                              {"\\v", "\v"},
-                              {"|", ""},
-                              {"FILE", folder.path("als.txt")},
-                              {"LOWEST", "Invalid light value in configuration file"},
-                              {"INVALID", "Invalid values in configuration file."},
-                              {"DELTA", "Invalid delta between values in configuration file."},
-                              {"KEY",
-                               "Invalid value in the configuration file. The format should be "
-                               "\"values=list of comma separated values\" or "
-                               "\"delay_time=value\""}})) {
-            EXPECT_EQ(loaded(content), outcome) << content;
+        for (const auto& [content, outcome] : textTable(rows, kControls)) {
+            EXPECT_EQ(loaded(content), replaceAll(outcome, "FILE", folder.path("als.txt")))
+                << content;
         }
     }
 
-    TempFolder folder;
+    const TempFolder folder;
 };
 
 TEST_F(AlsConfigTest, Lines) {
@@ -54,10 +42,10 @@ values=500,1000,2000,\ndelay_time=7 => 500 1000 2000 / 7
 values=500 => 500 / 5
 values=500\ndelay_time=6\nvalues=800,400\ndelay_time=8\n => 800 400 / 8
 # levels\n\n   \n=\nvalues\nvalues=1=2\ndelay_time=\r\nvalues=500\n => 500 / 5
-# a=b\nvalues=500 => KEY
-VALUES=1000 => KEY
-=1000 => KEY
-levels=1000\nvalues=1,2 => KEY
+# a=b\nvalues=500 => Invalid value in the configuration file. The format should be "values=list of comma separated values" or "delay_time=value"
+VALUES=1000 => Invalid value in the configuration file. The format should be "values=list of comma separated values" or "delay_time=value"
+=1000 => Invalid value in the configuration file. The format should be "values=list of comma separated values" or "delay_time=value"
+levels=1000\nvalues=1,2 => Invalid value in the configuration file. The format should be "values=list of comma separated values" or "delay_time=value"
 | => Invalid configuration file FILE
 delay_time=5\n => Invalid configuration file FILE
 values=\n => Invalid configuration file FILE
@@ -68,20 +56,20 @@ values=\n => Invalid configuration file FILE
 TEST_F(AlsConfigTest, Limits) {
     expectOutcomes(R"(
 values=1 => 1 / 5
-values=0 => LOWEST 0. value should be bigger than 1
-values=500,-7,900 => LOWEST -7. value should be bigger than 1
-values=500,1000, | => LOWEST 0. value should be bigger than 1
+values=0 => Invalid light value in configuration file 0. value should be bigger than 1
+values=500,-7,900 => Invalid light value in configuration file -7. value should be bigger than 1
+values=500,1000, | => Invalid light value in configuration file 0. value should be bigger than 1
 values=0,x => Conversion error. Value x is not a valid number
 values=1000,1300 => 1000 1300 / 5
 values=1300,1000 => 1300 1000 / 5
-values=1000,1299 => DELTA Minimum delta should be 300
-values=1299,1000 => DELTA Minimum delta should be 300
-values=1000,2000,2299 => DELTA Minimum delta should be 300
-values=2000,1000,1000 => DELTA Minimum delta should be 300
-values=1000,2000,1500 => INVALID Values should be in ascending or descending order
-values=2000,1000,1500 => INVALID Values should be in ascending or descending order
-values=1000,1000,2000 => INVALID Values should be in ascending or descending order
-values=500,600,300 => INVALID Values should be in ascending or descending order
+values=1000,1299 => Invalid delta between values in configuration file. Minimum delta should be 300
+values=1299,1000 => Invalid delta between values in configuration file. Minimum delta should be 300
+values=1000,2000,2299 => Invalid delta between values in configuration file. Minimum delta should be 300
+values=2000,1000,1000 => Invalid delta between values in configuration file. Minimum delta should be 300
+values=1000,2000,1500 => Invalid values in configuration file. Values should be in ascending or descending order
+values=2000,1000,1500 => Invalid values in configuration file. Values should be in ascending or descending order
+values=1000,1000,2000 => Invalid values in configuration file. Values should be in ascending or descending order
+values=500,600,300 => Invalid values in configuration file. Values should be in ascending or descending order
 values=2147483647,1 => 2147483647 1 / 5
 values=500\ndelay_time=3 => 500 / 3
 values=500\ndelay_time=50 => 500 / 50

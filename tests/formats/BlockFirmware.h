@@ -7,27 +7,22 @@
 #include "firmware/FakeKelu.h"
 #include "firmware/SDT.h"
 #include "sensors/CalibrationBlock.h"
-#include "sensors/Luid.h"
 
 namespace tavocal::test {
 
 // A firmware that answers for the blocks of its sensors and for form factor and hinge. It refuses
 // any sensor that it has no block for.
-class BlockFirmware {
-    std::shared_ptr<FakeKelu> kelu = std::make_shared<FakeKelu>();
-
-  public:
-    BlockFirmware() {
+struct BlockFirmware {
+    explicit BlockFirmware(std::map<std::string, CalibrationBlock> known)
+        : blocks(std::move(known)) {
         kelu->onWrite = [this](const Bytes& request) { kelu->say(answerTo(request)); };
     }
 
     std::map<std::string, CalibrationBlock> blocks;  // by LUID text
     std::uint8_t formFactor = 4;
     std::uint8_t hinge = 3;
-
+    const std::shared_ptr<FakeKelu> kelu = std::make_shared<FakeKelu>();
     SDT sdt{[this] { return kelu; }};
-
-    std::size_t requestCount() const { return kelu->written().size(); }
 
   private:
     Bytes answerTo(const Bytes& request) const {

@@ -1,50 +1,30 @@
 #include "formats/CalibrationFile.h"
 
-#include "base/Failures.h"
+#include <sstream>
+
 #include "base/Text.h"
 #include "formats/CalibrationXml.h"
-#include "support/MessageOf.h"
 
 namespace tavocal::test {
 
 namespace {
 
-std::string sensorText(const LUID& luid, const std::string& formatId, const std::string& content) {
-    const auto attribute = [](const std::string& name, int value) {
-        return " " + name + "='" + std::to_string(value) + "'";
-    };
-    return "<Sensor" + attribute("SensorTypeId", luid.SensorTypeId) +
-           attribute("SubTypeId", luid.SubTypeId) + attribute("VendorId", luid.VendorId) +
-           attribute("InstanceId", luid.InstanceId) + attribute("Flags", luid.Flags) +
-           "><CalibrationData Version='7' FormatId='" + formatId + "'>" + content +
-           "</CalibrationData></Sensor>";
-}
+// The attributes of a "Sensor", in place of its kind, and the text of its LUID.
+const std::map<std::string, std::pair<std::string, std::string>> kKinds = {
+    {"static", {"115' SubTypeId='2' VendorId='1' InstanceId='0' Flags='2'", "0073000100020002"}},
+    {"dynamic", {"115' SubTypeId='2' VendorId='1' InstanceId='0' Flags='1'", "0073000100020001"}},
+    {"both", {"115' SubTypeId='2' VendorId='1' InstanceId='0' Flags='3'", "0073000100020003"}},
+    {"plain", {"114' SubTypeId='' VendorId='' InstanceId='' Flags=''", "0072000000000000"}},
+    {"light", {"65' SubTypeId='' VendorId='' InstanceId='' Flags='2'", "0041000000000002"}},
+    {"generic", {"4660' SubTypeId='' VendorId='' InstanceId='' Flags='2'", "1234000000000002"}}};
+
+const TextTable kMeanings = {{"BAD", "XML parsing error."},
+                             {"SCALE", "<Multiplier Divider='100'>250</Multiplier>"},
+                             {"LEVELS", "<Steps NumOfSteps='3'>STEPSTEPSTEP</Steps>"},
+                             {"STEP", "<Step><Scale value='1'/><Lux value='2'/></Step>"},
+                             {"|", ""}};
 
 }  // namespace
-
-LUID luidOf(const std::string& kind) {
-    return std::map<std::string, LUID>{{"static", kStaticAccelerometer},
-                                       {"dynamic", kDynamicAccelerometer},
-                                       {"both", {0x73, 0, 0, 0, kStaticFlag | kDynamicFlag}},
-                                       {"plain", kPlainInertial},
-                                       {"light", kAmbientLight},
-                                       {"generic", kGeneric}}
-        .at(kind);
-}
-
-std::string fileText(const std::string& sensors) {
-    return "<Tavo><Calibration>" + sensors + "</Calibration></Tavo>";
-}
-
-CalibrationFile::CalibrationFile() {
-    firmware.blocks[luidText(kStaticAccelerometer)] = CalibrationBlock(40, 0);
-    firmware.blocks[luidText(kPlainInertial)] = CalibrationBlock(40, 0);
-    firmware.blocks[luidText(kDynamicAccelerometer)] = CalibrationBlock(12, 1);
-    CalibrationBlock light(18, 0);
-    light[0] = 1;
-    light[5] = 3;
-    firmware.blocks[luidText(kAmbientLight)] = light;
-}
 
 std::string CalibrationFile::saved(const Sensors& sensors, bool useCurrent) const {
     saveCalibrationXml(folder.path("saved.xml"), sensors, useCurrent);
@@ -64,18 +44,16 @@ std::string CalibrationFile::outcomeOf(const std::string& text) {
     return failure == kNoFailure ? block : failure;
 }
 
-void CalibrationFile::expectOutcomes(const std::string& rows, const TextTable& meanings) {
-    TextTable all = meanings;
-    all.insert(all.end(), {{"BAD", "XML parsing error."},
-                           {"NUMBER(", "Conversion error. Value "},
-                           {"NONE)", " is not a valid number"}});
-    for (const auto& [given, expected] : textTable(rows, all)) {
-        const std::size_t first = given.find(' ');
-        const std::size_t second = given.find(' ', first + 1);
-        const LUID luid = luidOf(given.substr(0, first));
-        const std::string formatId = given.substr(first + 1, second - first - 1);
-        EXPECT_EQ(outcomeOf(fileText(sensorText(luid, formatId, given.substr(second + 1)))),
-                  replaceAll(expected, "LUID", luidText(luid)))
+void CalibrationFile::expectOutcomes(const std::string& rows) {
+    for (const auto& [given, outcome] : textTable(rows, kMeanings)) {
+        std::istringstream words(given);
+        std::string kind, formatId, content;
+        std::getline(words >> kind >> formatId >> std::ws, content);
+        const auto& [attributes, luid] = kKinds.at(kind);
+        EXPECT_EQ(outcomeOf("<Tavo><Calibration><Sensor SensorTypeId='" + attributes +
+                            "><CalibrationData Version='7' FormatId='" + formatId + "'>" + content +
+                            "</CalibrationData></Sensor></Calibration></Tavo>"),
+                  replaceAll(outcome, "LUID", luid))
             << given.substr(0, 200);
     }
 }

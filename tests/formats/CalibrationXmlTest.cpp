@@ -1,17 +1,12 @@
 #include "formats/CalibrationXml.h"
 
-#include <gtest/gtest.h>
-
-#include "base/Failures.h"
 #include "base/Text.h"
 #include "formats/CalibrationFile.h"
-#include "support/MessageOf.h"
-#include "xml/XmlElement.h"
 
 namespace tavocal::test {
 namespace {
 
-const std::string kBad = "XML parsing error. ";
+constexpr LUID kAmbientLight = {0x41, 0, 0, 0, kStaticFlag};
 
 // A block of each kind, and the file that holds them all.
 const std::vector<std::pair<LUID, CalibrationBlock>> kBlocks = {
@@ -25,9 +20,9 @@ const std::vector<std::pair<LUID, CalibrationBlock>> kBlocks = {
     {{0x76, 2, 3, 0, kDynamicFlag}, {2, 9, 0xE8, 0x03, 0, 0, 7, 7, 7, 7, 7, 7}},
     {kAmbientLight,
      {1, 0, 0xFA, 0, 100, 3, 1, 0, 2, 0, 3, 0, 4, 0, 5, 0, 0xFF, 0xFF, 2, 0, 0xAB, 0xCD}},
-    {kPlainInertial, {0, 3, 0x10}},
-    {kGeneric, {5, 255, 0x01, 0x02, 0xFE}},
-    {kStaticAccelerometer, {200, 4}},
+    {{0x72, 0, 0, 0, 0}, {0, 3, 0x10}},
+    {{0x1234, 0, 0, 0, kStaticFlag}, {5, 255, 0x01, 0x02, 0xFE}},
+    {{0x73, 1, 2, 0, kStaticFlag}, {200, 4}},
 };
 
 // Without its line ends and the blanks that indent.
@@ -81,19 +76,12 @@ std::shared_ptr<Sensor> sensorWith(const LUID& luid, const CalibrationBlock& ori
                                    const CalibrationBlock& toWrite = {}) {
     auto sensor = makeSensor(luid);
     sensor->originalCalibration = original;
-    sensor->calibrationLoaded = !original.empty();
+    sensor->calibrationLoaded = true;
     sensor->calibrationToWrite = toWrite;
     return sensor;
 }
 
-class CalibrationXmlTest : public CalibrationFile {
-  protected:
-    // The file of that one sensor. With `useCurrent` unset that is its block to write.
-    std::string savedOne(const LUID& luid, const CalibrationBlock& original,
-                         const CalibrationBlock& toWrite, bool useCurrent = false) {
-        return saved({sensorWith(luid, original, toWrite)}, useCurrent);
-    }
-};
+using CalibrationXmlTest = CalibrationFile;
 
 TEST_F(CalibrationXmlTest, EachKindOfBlockIsWrittenToTheLetterAndComesBack) {
     Sensors sensors;
@@ -107,10 +95,7 @@ TEST_F(CalibrationXmlTest, EachKindOfBlockIsWrittenToTheLetterAndComesBack) {
     CalibrationBlock present(71, 5);
     present[0] = 2;
     firmware.blocks[luidText(kBlocks[1].first)] = present;
-    present[1] = 5;
-    for (const std::size_t i : {2U, 3U, 4U, 5U}) {
-        present[i] = kBlocks[1].second[i];
-    }
+    std::copy_n(kBlocks[1].second.begin() + 2, 4, present.begin() + 2);
     const Sensors loaded = load(text);
     ASSERT_EQ(loaded.size(), kBlocks.size());
     for (std::size_t i = 0; i < loaded.size(); ++i) {
@@ -121,68 +106,63 @@ TEST_F(CalibrationXmlTest, EachKindOfBlockIsWrittenToTheLetterAndComesBack) {
 }
 
 TEST_F(CalibrationXmlTest, ChoosesBlock) {
-    const std::string none = saved({}, true);
-    EXPECT_EQ(none,
-              "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n<Tavo>\r\n    <Calibration/>\r\n"
-              "</Tavo>\r\n");
-    const CalibrationBlock first = {200, 1, 0xA1};
-    const CalibrationBlock second = {201, 2, 0xA2};
-    EXPECT_EQ(savedOne(kAmbientLight, {}, {}), none);
-    EXPECT_EQ(savedOne(kAmbientLight, {}, second, true), none);
-    EXPECT_TRUE(contains(savedOne(kAmbientLight, {}, second), ">a2<"));
-    EXPECT_TRUE(contains(savedOne(kAmbientLight, first, {}), ">a1<"));
-    EXPECT_TRUE(contains(savedOne(kAmbientLight, first, second), ">a2<"));
-    EXPECT_TRUE(contains(savedOne(kAmbientLight, first, second, true), ">a1<"));
+    const CalibrationBlock first = {200, 1, 0xA1}, second = {201, 2, 0xA2};
+    const auto hasIn = [&](const std::string& part, const CalibrationBlock& original,
+                           const CalibrationBlock& toWrite, bool useCurrent) {
+        return contains(saved({sensorWith(kAmbientLight, original, toWrite)}, useCurrent), part);
+    };
+    const std::string none =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n<Tavo>\r\n    <Calibration/>\r\n</Tavo>\r\n";
+    EXPECT_EQ(saved({}, true), none);
+    EXPECT_TRUE(hasIn(none, {}, {}, false));
+    EXPECT_TRUE(hasIn(none, {}, second, true));
+    EXPECT_TRUE(hasIn(">a2<", {}, second, false));
+    EXPECT_TRUE(hasIn(">a1<", first, {}, false));
+    EXPECT_TRUE(hasIn(">a2<", first, second, false));
+    EXPECT_TRUE(hasIn(">a1<", first, second, true));
     const auto refused = sensorWith(kAmbientLight, first);
     refused->calibrationLoaded = false;
     EXPECT_EQ(saved({refused}, true), none);
 }
 
-TEST_F(CalibrationXmlTest, NumbersWithoutSignInTheBlockHaveNoneInTheFile) {
-    CalibrationBlock block(40, 0xFF);
-    block[0] = 0;
-    block[38] = block[39] = 0;
-    const std::string text = savedOne(kStaticAccelerometer, {}, block);
-    EXPECT_TRUE(contains(text, "<ScaleFactor>65535</ScaleFactor>"));
-    EXPECT_FALSE(contains(text, "VendorData"));
-    EXPECT_TRUE(contains(savedOne(kDynamicAccelerometer, {}, {1, 0, 0xFF, 0xFF, 0xFF, 0xFF}),
-                         "<WhiteNoise>4294967295</WhiteNoise>"));
-    CalibrationBlock light(66, 0xFF);
-    light[0] = light[5] = 1;
-    EXPECT_TRUE(contains(savedOne(kAmbientLight, {}, light),
-                         "<Multiplier Divider=\"255\">65535</Multiplier>\r\n"
-                         "                <Steps NumOfSteps=\"1\">"));
-    EXPECT_FALSE(contains(savedOne(kAmbientLight, {}, light), "VendorData"));
-}
-
-TEST_F(CalibrationXmlTest, RefusesBlocksThatHaveNoXml) {
-    const CalibrationBlock good = kBlocks[2].second;
-    const auto cut = [&good](std::ptrdiff_t bytes, std::uint8_t stepCount = 3) {
-        CalibrationBlock block(good.begin(), good.end() - bytes);
-        block[5] = stepCount;
-        return block;
-    };
-    const auto failure = [this](const LUID& luid, const CalibrationBlock& block,
-                                const CalibrationBlock& original = {}) {
-        return messageOf<CalibrationException>([&] { savedOne(luid, original, block); });
-    };
-    const std::string tooShort = "Invalid calibration data";
-    const std::string format = "Unsupported format of calibration data";
-    EXPECT_EQ(failure(kGeneric, {200}), tooShort);
-    EXPECT_EQ(failure(kStaticAccelerometer, CalibrationBlock(40, 1)), kBad + format);
-    EXPECT_EQ(failure(kStaticAccelerometer, CalibrationBlock(39, 0)), tooShort);
-    EXPECT_EQ(failure(kDynamicAccelerometer, CalibrationBlock(5, 1)), tooShort);
-    EXPECT_EQ(failure(kAmbientLight, CalibrationBlock(18, 0)), format);
-    EXPECT_EQ(failure(kAmbientLight, {1, 0, 1, 0, 1}), tooShort);
-    EXPECT_EQ(failure(kAmbientLight, {1, 0, 1, 0, 1, 0}), kNoFailure);
-    EXPECT_EQ(failure(kAmbientLight, cut(5)), tooShort) << "within a step";
-    EXPECT_EQ(failure(kAmbientLight, good, {1, 0, 1, 0, 1}), tooShort);
-    EXPECT_EQ(failure(kAmbientLight, good, cut(0, 2)),
-              "Invalid Ambient Light Sensor calibration data: not enough ALR steps");
-    EXPECT_EQ(failure(kAmbientLight, cut(4), cut(4)), kNoFailure);
-    EXPECT_EQ(failure(kAmbientLight, cut(3), cut(4)), tooShort) << "within the vendor length";
-    EXPECT_EQ(failure(kAmbientLight, cut(1), cut(4)), tooShort) << "within the vendor data";
-    EXPECT_EQ(failure(kAmbientLight, cut(0, 4), cut(0, 4)), kNoFailure);
+// Type and Flags of the sensor, what it has of the firmware, and the block to write: what the file
+// has of it or why there is none.
+TEST_F(CalibrationXmlTest, BlocksAtTheirLimits) {
+    for (const auto& [given, outcome] : textTable(R"(
+1234 2 |; c8 => Invalid calibration data
+0073 2 |; 0100NILNIL00000000000000000000000000000000000000 => XML parsing error. Unsupported format of calibration data
+0073 2 |; 0000NILNIL00000000000000000000000000 => Invalid calibration data
+0073 2 |; 0000NIL000000000000000000000000000000000000ffff000000000000 => <ScaleFactor>65535</ScaleFactor>
+0073 2 |; 0000NIL000000000000000000000000000000000000ffff000000000000 => </Offset><
+0073 1 |; 0100ffffff => Invalid calibration data
+0073 1 |; 0100ffffffff => <WhiteNoise>4294967295</WhiteNoise>
+0041 2 |; 000000000003NIL => Unsupported format of calibration data
+0041 2 |; 0100010001 => Invalid calibration data
+0041 2 |; 010001000100 => <Steps NumOfSteps="0"/></CalibrationData>
+0041 2 |; 0100ffffff01000000000000 => <Multiplier Divider="255">65535</Multiplier><Steps NumOfSteps="1">
+0041 2 |; 0100ffffff01000000000000 => </Steps></CalibrationData>
+0041 2 |; 010001000103NIL00 => </Steps></CalibrationData>
+0041 2 |; 0100010001030000000000000000000000 => Invalid calibration data
+0041 2 0100010001; 010001000103NIL => Invalid calibration data
+0041 2 010001000102NIL; 010001000103NIL => Invalid Ambient Light Sensor calibration data: not enough ALR steps
+0041 2 010001000103; 010001000103NIL => </Steps></CalibrationData>
+0041 2 010001000104; 010001000103NIL0200abcd => </Steps></CalibrationData>
+0041 2 010001000103; 010001000103NIL00 => Invalid calibration data
+0041 2 010001000103; 010001000103NIL0200ab => Invalid calibration data
+)",
+                                                  {{"NIL", std::string(24, '0')}, {"|", ""}})) {
+        const std::size_t semicolon = given.find(';');
+        const auto type = static_cast<std::uint16_t>(std::stoi(given.substr(0, 4), nullptr, 16));
+        const auto flags = static_cast<std::uint8_t>(given[5] - '0');
+        const auto sensor =
+            sensorWith({type, 0, 0, 0, flags}, bytesOf(given.substr(7, semicolon - 7)),
+                       bytesOf(given.substr(semicolon + 2)));
+        std::string text;
+        const std::string failure =
+            messageOf<CalibrationException>([&] { text = withoutLayout(saved({sensor}, false)); });
+        EXPECT_TRUE(failure == outcome || contains(text, outcome))
+            << given << ": " << failure << text;
+    }
 }
 
 TEST_F(CalibrationXmlTest, FilesThatAreNone) {
@@ -192,23 +172,21 @@ TEST_F(CalibrationXmlTest, FilesThatAreNone) {
         EXPECT_EQ(messageOf<CalibrationException>([&] { loadCalibrationXml(path, firmware.sdt); }),
                   "Failed to open XML input file");
     }
-    for (const auto& [text, failure] : textTable(R"(
-<Tavo></Calibration> => BAD
-<A><Tavo/></A> => BAD. Tavo root node could not be located
-<Tavo><Sensor/></Tavo> => BAD. Calibration node could not be located
-<tavo><calibration><sensor/></calibration></tavo> => BAD. Invalid Sensor node name: sensor
-<Tavo><Calibration>GOOD<!-- a note --></Calibration></Tavo> => BAD. Invalid Sensor node name: |
-<Tavo><Calibration>GOODwords</Calibration></Tavo> => BAD. Invalid Sensor node name: |
+    for (const auto& [text, failure] :
+         textTable(R"(
+<Tavo></Calibration> => Failed to load XML input file
+<A><Tavo/></A> => Failed to load XML input file. Tavo root node could not be located
+<Tavo><Sensor/></Tavo> => Failed to load XML input file. Calibration node could not be located
+<tavo><calibration><sensor/></calibration></tavo> => Failed to load XML input file. Invalid Sensor node name: sensor
+<Tavo><Calibration>GOOD<!-- a note --></Calibration></Tavo> => Failed to load XML input file. Invalid Sensor node name: |
+<Tavo><Calibration>GOODwords</Calibration></Tavo> => Failed to load XML input file. Invalid Sensor node name: |
 <Tavo><Calibration>GOODGOOD</Calibration></Tavo> => 0102
 )",
-                                                 {{"BAD", "Failed to load XML input file"},
-                                                  {"GOOD",
-                                                   "<Sensor SensorTypeId='9' SubTypeId='' "
-                                                   "VendorId='' InstanceId='' Flags=''>"
-                                                   "<CalibrationData Version='2' FormatId='1'>"
-                                                   "<OEMCustomData DataLength='0'/>"
-                                                   "</CalibrationData></Sensor>"},
-                                                  {"|", ""}})) {
+                   {{"GOOD",
+                     "<Sensor SensorTypeId='9' SubTypeId='' VendorId='' InstanceId='' "
+                     "Flags=''><CalibrationData Version='2' FormatId='1'><OEMCustomData "
+                     "DataLength='0'/></CalibrationData></Sensor>"},
+                    {"|", ""}})) {
         EXPECT_EQ(outcomeOf(text), failure) << text;
     }
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -15,8 +16,22 @@ inline std::string replaceAll(std::string text, const std::string& part, const s
     return text;
 }
 
+// The bytes that hexadecimal digits tell; blanks don't count.
+inline std::vector<std::uint8_t> bytesOf(const std::string& hex) {
+    const std::string digits = replaceAll(hex, " ", "");
+    std::vector<std::uint8_t> bytes;
+    for (std::size_t at = 0; at < digits.size(); at += 2) {
+        bytes.push_back(static_cast<std::uint8_t>(std::stoi(digits.substr(at, 2), nullptr, 16)));
+    }
+    return bytes;
+}
+
 // What is given, and what comes of it.
 using TextTable = std::vector<std::pair<std::string, std::string>>;
+
+// Controls as C++ writes them; | marks where a text ends or that there is none.
+inline const TextTable kControls = {
+    {"\\n", "\n"}, {"\\r", "\r"}, {"\\t", "\t"}, {"\\v", "\v"}, {"|", ""}};
 
 // A table that is written as text: one row a line, "given => expected", blank lines passed over.
 // Each word of `meanings`, in their order, stands for a longer text.
