@@ -21,8 +21,7 @@ const std::map<std::string, std::pair<std::string, std::string>> kKinds = {
 const TextTable kMeanings = {{"BAD", "XML parsing error."},
                              {"SCALE", "<Multiplier Divider='100'>250</Multiplier>"},
                              {"LEVELS", "<Steps NumOfSteps='3'>STEPSTEPSTEP</Steps>"},
-                             {"STEP", "<Step><Scale value='1'/><Lux value='2'/></Step>"},
-                             {"|", ""}};
+                             {"STEP", "<Step><Scale value='1'/><Lux value='2'/></Step>"}};
 
 }  // namespace
 
@@ -44,8 +43,8 @@ std::string CalibrationFile::outcomeOf(const std::string& text) {
     return failure == kNoFailure ? block : failure;
 }
 
-void CalibrationFile::expectOutcomes(const std::string& rows) {
-    for (const auto& [given, outcome] : textTable(rows, kMeanings)) {
+void CalibrationFile::expectTableOfTest() {
+    for (const auto& [given, outcome] : tableOfTest("formats", kMeanings)) {
         std::istringstream words(given);
         std::string kind, formatId, content;
         std::getline(words >> kind >> formatId >> std::ws, content);

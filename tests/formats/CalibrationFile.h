@@ -23,9 +23,10 @@ class CalibrationFile : public testing::Test {
     std::string outcomeOf(const std::string& text);
     // Rows "kind FormatId content => outcome" of a file with one "CalibrationData", whose Version
     // is 7. A kind is static, dynamic, both (flags), plain (inertial), light or generic. BAD means
-    // "XML parsing error.", LUID the sensor's, SCALE, LEVELS and STEP some of a light sensor, |
-    // nothing.
-    void expectOutcomes(const std::string& rows);
+    // "XML parsing error.", LUID the sensor's, SCALE, LEVELS and STEP some of a light sensor.
+    void expectTableOfTest();
+    // The file that was loaded last.
+    std::string lastLoaded() const { return fileContent(folder.path("loaded.xml")); }
 
     BlockFirmware firmware{
         {{"0073000100020002", CalibrationBlock(40, 0)},

@@ -128,29 +128,7 @@ TEST_F(CalibrationXmlTest, ChoosesBlock) {
 // Type and Flags of the sensor, what it has of the firmware, and the block to write: what the file
 // has of it or why there is none.
 TEST_F(CalibrationXmlTest, BlocksAtTheirLimits) {
-    for (const auto& [given, outcome] : textTable(R"(
-1234 2 |; c8 => Invalid calibration data
-0073 2 |; 0100NILNIL00000000000000000000000000000000000000 => XML parsing error. Unsupported format of calibration data
-0073 2 |; 0000NILNIL00000000000000000000000000 => Invalid calibration data
-0073 2 |; 0000NIL000000000000000000000000000000000000ffff000000000000 => <ScaleFactor>65535</ScaleFactor>
-0073 2 |; 0000NIL000000000000000000000000000000000000ffff000000000000 => </Offset><
-0073 1 |; 0100ffffff => Invalid calibration data
-0073 1 |; 0100ffffffff => <WhiteNoise>4294967295</WhiteNoise>
-0041 2 |; 000000000003NIL => Unsupported format of calibration data
-0041 2 |; 0100010001 => Invalid calibration data
-0041 2 |; 010001000100 => <Steps NumOfSteps="0"/></CalibrationData>
-0041 2 |; 0100ffffff01000000000000 => <Multiplier Divider="255">65535</Multiplier><Steps NumOfSteps="1">
-0041 2 |; 0100ffffff01000000000000 => </Steps></CalibrationData>
-0041 2 |; 010001000103NIL00 => </Steps></CalibrationData>
-0041 2 |; 0100010001030000000000000000000000 => Invalid calibration data
-0041 2 0100010001; 010001000103NIL => Invalid calibration data
-0041 2 010001000102NIL; 010001000103NIL => Invalid Ambient Light Sensor calibration data: not enough ALR steps
-0041 2 010001000103; 010001000103NIL => </Steps></CalibrationData>
-0041 2 010001000104; 010001000103NIL0200abcd => </Steps></CalibrationData>
-0041 2 010001000103; 010001000103NIL00 => Invalid calibration data
-0041 2 010001000103; 010001000103NIL0200ab => Invalid calibration data
-)",
-                                                  {{"NIL", std::string(24, '0')}, {"|", ""}})) {
+    for (const auto& [given, outcome] : tableOfTest("formats", {{"NIL", std::string(24, '0')}})) {
         const std::size_t semicolon = given.find(';');
         const auto type = static_cast<std::uint16_t>(std::stoi(given.substr(0, 4), nullptr, 16));
         const auto flags = static_cast<std::uint8_t>(given[5] - '0');
@@ -172,21 +150,11 @@ TEST_F(CalibrationXmlTest, FilesThatAreNone) {
         EXPECT_EQ(messageOf<CalibrationException>([&] { loadCalibrationXml(path, firmware.sdt); }),
                   "Failed to open XML input file");
     }
-    for (const auto& [text, failure] :
-         textTable(R"(
-<Tavo></Calibration> => Failed to load XML input file
-<A><Tavo/></A> => Failed to load XML input file. Tavo root node could not be located
-<Tavo><Sensor/></Tavo> => Failed to load XML input file. Calibration node could not be located
-<tavo><calibration><sensor/></calibration></tavo> => Failed to load XML input file. Invalid Sensor node name: sensor
-<Tavo><Calibration>GOOD<!-- a note --></Calibration></Tavo> => Failed to load XML input file. Invalid Sensor node name: |
-<Tavo><Calibration>GOODwords</Calibration></Tavo> => Failed to load XML input file. Invalid Sensor node name: |
-<Tavo><Calibration>GOODGOOD</Calibration></Tavo> => 0102
-)",
-                   {{"GOOD",
-                     "<Sensor SensorTypeId='9' SubTypeId='' VendorId='' InstanceId='' "
-                     "Flags=''><CalibrationData Version='2' FormatId='1'><OEMCustomData "
-                     "DataLength='0'/></CalibrationData></Sensor>"},
-                    {"|", ""}})) {
+    for (const auto& [text, failure] : tableOfTest(
+             "formats", {{"GOOD",
+                          "<Sensor SensorTypeId='9' SubTypeId='' VendorId='' InstanceId='' "
+                          "Flags=''><CalibrationData Version='2' FormatId='1'><OEMCustomData "
+                          "DataLength='0'/></CalibrationData></Sensor>"}})) {
         EXPECT_EQ(outcomeOf(text), failure) << text;
     }
 }

@@ -81,10 +81,7 @@ TEST_F(CsvParserTest, ReadsWhatIsWiderThanWhatItWrites) {
 }
 
 TEST_F(CsvParserTest, TimestampsAreWholeNumbersOfThirtyTwoBits) {
-    for (const auto& [field, expected] :
-         textTable("1000.75 => 1000\n0x500 => 1280\n010 => 8\n0 => 0\n0.9 => 0\n1e3 => 1\n"
-                   "nan => 0\n 7 => 7\n+9 => 9\n4294967295 => 4294967295\n"
-                   "4294967296.5 => 4294967295\n99999999999999999999999 => 4294967295\n")) {
+    for (const auto& [field, expected] : tableOfTest("formats")) {
         EXPECT_EQ(read(kHeader + field + ",0,0,0\n").at(0).timestamp, std::stod(expected)) << field;
     }
 }
@@ -102,38 +99,7 @@ TEST_F(CsvParserTest, UnitsOfAnInertialHeaderAreConverted) {
 
 TEST_F(CsvParserTest, EveryDamageHasItsText) {
     for (const auto& [text, failure] :
-         textTable(R"(
-| => Input file FILE is empty
-#only => Missing column header at input file FILE
-LUID=0073000100000002 => Missing column header at input file FILE
-FORMFACTOR=MID => Missing column header at input file FILE
-HINGE=TOP => Missing column header at input file FILE
-LUID=007300010000000\nHEAD => Invalid LUID at input file FILE
-LUID=007300010000000g\nHEAD => Invalid LUID at input file FILE
-HINGE=TOP\nFORMFACTOR=MID\nHEAD => Unexpected number of columns at input file FILE
-a,b,c => Unexpected number of columns at input file FILE
-time[ms],a,b,c,d => Unexpected number of columns at input file FILE
-time,a,b,c => Invalid header timestamp
-time[ms],ACC_Y[g0],ACC_Y[g0],ACC_Z[g0] => Invalid header
-time[ms],ACC_X[g0],ACC_X[g0],ACC_Z[g0] => Invalid header
-time[ms],ACC_X[g0],ACC_Y[g0],ACC_z[g0] => Invalid header
-time[ms],ACC_X,ACC_Y[g0],ACC_Z[g0] => Invalid header format
-time[ms],ACC_X]g0[,ACC_Y[g0],ACC_Z[g0] => Invalid header format
-time[ms],ACC_X[],ACC_Y[],ACC_Z[] => Invalid header format, unit is not specified
-time[ms],ACC_X[g0],ACC_Y[mg0],ACC_Z[g0] => Invalid header format. All columns should have the same unit
-time[ms],ACC_X[g0],ACC_Y[g0],ACC_Z[mg0] => Invalid header format. All columns should have the same unit
-time[ms],ACC_X[G],ACC_Y[G],ACC_Z[G] => Math Error: Unsupported unit
-HEAD10,0,0,0\n10,0,0,0 => no failure
-HEAD10,0,0,0\n11,0 => Unexpected number of values at input file FILE
-HEAD10,0,0,0\n11,0,0,0,0 => Unexpected number of values at input file FILE
-HEAD10,0,0,0\n9,0,0,0 => Invalid order of data at input file FILE
-HEADx,0,0,0 => CSV parsing error. Invalid timestamp value x
-HEAD,0,0,0 => CSV parsing error. Invalid timestamp value |
-HEAD-1,0,0,0 => CSV parsing error. Negative timestamp is invalid. -1
-HEAD11,0,1.5g,0 => CSV parsing error. Invalid value 1.5g
-HEAD11,0,,0 => CSV parsing error. Invalid value |
-)",
-                   {{"HEAD", kHeader}, {"ACC", "Accelerometer"}, {"\\n", "\n"}, {"|", ""}})) {
+         tableOfTest("formats", {{"HEAD", kHeader}, {"ACC", "Accelerometer"}})) {
         folder.write("dataDumpAccelerometer.csv", text);
         EXPECT_EQ(failureOf(sensor), failure) << text;
     }

@@ -95,23 +95,7 @@ TEST_F(TestingConfigTest, EachKeyChangesItsFieldAlone) {
 }
 
 TEST_F(TestingConfigTest, ConvertsThroughSinglePrecision) {
-    const std::string text = R"(
-0.1 => 0.1000000014901161 0
-4.9 => 4.900000095367432 4
--4.9 => -4.900000095367432 -4
- \t5 ms => 5 5
-abc => 0 0
-| => 0 0
-1e3 => 1000 1000
-€ => 0 0
-2147483647 => 2147483648 2147483647
-2147483520 => 2147483520 2147483520
--2147483648 => -2147483648 -2147483648
-1e99 => inf 2147483647
--inf => -inf -2147483648
-nan => nan 0
-)";
-    for (const auto& [written, fields] : textTable(text, kControls)) {
+    for (const auto& [written, fields] : tableOfTest("formats")) {
         const double value = loadedWith("acc_Threshold_G0", written).acc_Threshold_G0;
         const int count = loadedWith("max_spikes_allowed", written).max_spikes_allowed;
         std::ostringstream read;
