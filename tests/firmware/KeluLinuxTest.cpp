@@ -83,6 +83,12 @@ class KeluLinuxTest : public testing::Test {
         channel.Connect();
         EXPECT_EQ(welcomed.get(), kGuid);
     }
+    static void expectConnectFailure(const std::vector<std::string>& paths,
+                                     const std::string& failure) {
+        KeluLinux failing(paths, milliseconds(5));
+        EXPECT_EQ(messageOf<SmhiException>([&] { failing.Connect(); }), failure);
+        EXPECT_EQ(write(failing), kInvalid);
+    }
     // The greeting stays unanswered, but leaves the channel open.
     void connectHasty() {
         EXPECT_EQ(messageOf<SmhiException>([this] { hasty.Connect(); }),
@@ -127,12 +133,13 @@ TEST_F(KeluLinuxTest, OnePacketIsOneMessage) {
     EXPECT_EQ(write(kelu), "SMHI Error: Failed to write to device");
 }
 
-TEST_F(KeluLinuxTest, UnconnectedChannel) {
+TEST_F(KeluLinuxTest, UnconnectedChannelAndNoDescriptorLeft) {
     const auto files = [] {
         return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
     };
     const auto before = files();
-    for (const auto& made : {makeKelu(), std::shared_ptr<KeluBase>(makeKelu(milliseconds(1)))}) {
+    for (const bool closeAtTheEnd : {false, true}) {
+        const auto made = makeKelu();
         EXPECT_EQ(read(*made), kInvalid);
         EXPECT_EQ(write(*made), kInvalid);
         made->Close();
@@ -143,6 +150,9 @@ TEST_F(KeluLinuxTest, UnconnectedChannel) {
         server.hangUp();
         connect(*made);
         server.hangUp();
+        if (closeAtTheEnd) {
+            made->Close();
+        }
     }
     EXPECT_EQ(files(), before);
 }
@@ -151,16 +161,9 @@ TEST_F(KeluLinuxTest, ConnectFailures) {
     { const Server gone("gone.sock"); }
     std::filesystem::create_directory("folder.sock");
     const std::string enumeration = "SMHI Error: Failed to enumerate device interfaces";
-    const std::string handle = "SMHI Error: Failed to create device handle";
-    for (const auto& [paths, failure] :
-         std::vector<std::pair<std::vector<std::string>, std::string>>{
-             {{}, enumeration},
-             {{"folder.sock", "nothing.sock"}, enumeration},
-             {{"gone.sock", kSocket}, handle}}) {
-        KeluLinux failing(paths, milliseconds(5));
-        EXPECT_EQ(messageOf<SmhiException>([&] { failing.Connect(); }), failure);
-        EXPECT_EQ(write(failing), kInvalid);
-    }
+    expectConnectFailure({}, enumeration);
+    expectConnectFailure({"folder.sock", "nothing.sock"}, enumeration);
+    expectConnectFailure({"gone.sock", kSocket}, "SMHI Error: Failed to create device handle");
 }
 
 TEST_F(KeluLinuxTest, TimeOutsLeaveTheChannelOpen) {

@@ -3,26 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <sstream>
+
+#include "support/TextTable.h"
 
 namespace tavocal::test {
 namespace {
 
 constexpr LUID kSensor = {0x0073, 0x0102, 0, 0, 2};
 constexpr std::uint64_t kTime = 0xFEDCBA9876543210;
-
-// A message that tells `size` and holds a record of each length.
-Bytes buffer(std::uint32_t size, const std::vector<std::size_t>& lengths) {
-    ByteWriter message;
-    message.u32(15).u32(size);
-    for (const std::size_t length : lengths) {
-        const auto told = static_cast<std::uint8_t>(length);
-        Bytes record =
-            ByteWriter().u8(told).append(luidBytes(kSensor)).u64(kTime).i32(-7).i32(9).take();
-        record.resize(std::max<std::size_t>(length, 1));
-        message.append(record);
-    }
-    return message.take();
-}
 
 // How many values each record has, with "damaged" behind them.
 std::string walk(const Bytes& message) {
@@ -39,30 +28,37 @@ std::string walk(const Bytes& message) {
     return records.isDamaged() ? text + "damaged" : text;
 }
 
+// The size that the message tells and the lengths of its records; how many values each has.
 TEST(PnrBufferTest, LengthsAndDamage) {
-    EXPECT_EQ(walk(buffer(0, {})), "") << "empty";
-    EXPECT_EQ(walk(buffer(17, {17})), "0 ") << "no values";
-    EXPECT_EQ(walk(buffer(64, {20, 23, 21})), "0 1 1 ") << "uneven";
-    EXPECT_EQ(walk(buffer(255, {255})), "59 ") << "longest";
-    EXPECT_EQ(walk(buffer(25, {25, 21})), "2 ") << "bytes behind size";
-    EXPECT_EQ(walk(buffer(43, {21, 0, 21})), "1 damaged") << "zero length";
-    EXPECT_EQ(walk(buffer(37, {21, 16})), "1 damaged") << "too short";
-    EXPECT_EQ(walk(buffer(41, {21, 21})), "1 damaged") << "runs past size";
-    EXPECT_EQ(walk(buffer(43, {21, 21})), "1 1 damaged") << "size past message";
-    EXPECT_EQ(walk(buffer(0xFFFFFFFF, {21})), "1 damaged") << "huge size";
-}
-
-TEST(PnrBufferTest, MessageCutAtEveryLength) {
-    const Bytes whole = buffer(42, {21, 21});
-    for (std::ptrdiff_t size = 0; size <= 50; ++size) {
-        const std::string records = size < 29 ? "" : size < 50 ? "1 " : "1 1 ";
-        EXPECT_EQ(walk(Bytes(whole.begin(), whole.begin() + size)),
-                  size < 50 ? records + "damaged" : records)
-            << size;
+    for (const auto& [given, expected] : tableOfTest("firmware")) {
+        std::istringstream numbers(given);
+        std::uint32_t size = 0, length = 0;
+        numbers >> size;
+        ByteWriter message;
+        for (message.u32(15).u32(size); numbers.ignore() >> length;) {
+            ByteWriter record;
+            record.u8(static_cast<std::uint8_t>(length)).append(luidBytes(kSensor)).u64(kTime);
+            Bytes bytes = record.i32(-7).i32(9).take();
+            bytes.resize(std::max(length, 1U));
+            message.append(bytes);
+        }
+        EXPECT_EQ(walk(message.take()), expected) << given;
     }
 }
 
-TEST(PnrBufferTest, RandomBytesEndTheWalk) {
+TEST(PnrBufferTest, MessageCutAtEveryLengthAndRandomBytes) {
+    ByteWriter writer;
+    writer.u32(15).u32(42);
+    for (int i = 0; i < 2; ++i) {
+        writer.u8(21).append(luidBytes(kSensor)).u64(kTime).i32(-7);
+    }
+    const Bytes whole = writer.take();
+    for (std::ptrdiff_t size = 0; size <= 50; ++size) {
+        const std::string records = size < 29 ? "" : size < 50 ? "1 " : "1 1 ";
+        EXPECT_EQ(walk({whole.begin(), whole.begin() + size}),
+                  size < 50 ? records + "damaged" : records)
+            << size;
+    }
     constexpr unsigned kSeed = 20240607;
     std::mt19937 random(kSeed);
     for (int round = 0; round < 500; ++round) {
