@@ -23,78 +23,44 @@ using std::chrono::milliseconds;
 
 const Bytes kGuid = {0x2e, 0x9a, 0x57, 0xbb, 0x54, 0xcc, 0x50, 0x44,
                      0xb1, 0xd0, 0x5e, 0x75, 0x20, 0xdc, 0xad, 0x25};
-constexpr const char* kSocket = "tavo.sock";
 const std::string kInvalid = "SMHI Error: Invalid device handle";
 const std::string kReadFailed = "SMHI Error: Failed to read from device";
 volatile std::sig_atomic_t alarms = 0;
 
-// The firmware's side: a listening socket, and one connection at a time.
-class Server {
-  public:
-    explicit Server(const char* path) : listener(::socket(AF_UNIX, SOCK_SEQPACKET, 0)) {
-        sockaddr_un address{};
-        address.sun_family = AF_UNIX;
-        std::strncpy(address.sun_path, path, sizeof(address.sun_path) - 1);
-        const void* const any = &address;
-        EXPECT_EQ(::bind(listener, static_cast<const sockaddr*>(any), sizeof(address)), 0);
-        EXPECT_EQ(::listen(listener, 4), 0);
-    }
-    Server(const Server&) = delete;
-    Server& operator=(const Server&) = delete;
-    ~Server() {
-        hangUp();
-        ::close(listener);
-    }
+int listenAt(const std::string& path) {
+    const int listener = ::socket(AF_UNIX, SOCK_SEQPACKET, 0);
+    sockaddr_un address{AF_UNIX, {}};
+    std::strncpy(address.sun_path, path.c_str(), sizeof(address.sun_path) - 1);
+    const void* const any = &address;
+    EXPECT_EQ(::bind(listener, static_cast<const sockaddr*>(any), sizeof(address)), 0);
+    EXPECT_EQ(::listen(listener, 4), 0);
+    return listener;
+}
 
-    // Takes one connection, and answers its greeting if told to.
-    Bytes welcome(bool answer = true) {
-        connection = ::accept(listener, nullptr, nullptr);
-        Bytes greeting = receive();
-        if (answer) {
-            send(Bytes(5, 1));
-        }
-        return greeting;
-    }
-    Bytes receive() const {
-        Bytes message(5000);
-        const ssize_t size = ::recv(connection, message.data(), message.size(), 0);
-        message.resize(static_cast<std::size_t>(std::max<ssize_t>(size, 0)));
-        return message;
-    }
-    void send(const Bytes& message) const {
-        EXPECT_EQ(::send(connection, message.data(), message.size(), MSG_NOSIGNAL),
-                  static_cast<ssize_t>(message.size()));
-    }
-    void hangUp() {
-        if (connection >= 0) {
-            ::close(std::exchange(connection, -1));
-        }
-    }
-
-  private:
-    int listener;
-    int connection = -1;
-};
-
+// The test is the firmware's side, with one connection at a time.
 class KeluLinuxTest : public testing::Test {
   protected:
+    ~KeluLinuxTest() override {
+        ::close(connection);
+        ::close(listener);
+    }
+    Bytes receive() const {
+        Bytes received(5000);
+        const ssize_t size = ::recv(connection, received.data(), received.size(), 0);
+        received.resize(static_cast<std::size_t>(std::max<ssize_t>(size, 0)));
+        return received;
+    }
+    void send(const Bytes& bytes) const {
+        EXPECT_EQ(::send(connection, bytes.data(), bytes.size(), MSG_NOSIGNAL),
+                  static_cast<ssize_t>(bytes.size()));
+    }
+    void hangUp() { ::close(std::exchange(connection, -1)); }
     void connect(KeluBase& channel) {
-        auto welcomed = std::async(std::launch::async, [this] { return server.welcome(); });
-        channel.Connect();
-        EXPECT_EQ(welcomed.get(), kGuid);
-    }
-    static void expectConnectFailure(const std::vector<std::string>& paths,
-                                     const std::string& failure) {
-        KeluLinux failing(paths, milliseconds(5));
-        EXPECT_EQ(messageOf<SmhiException>([&] { failing.Connect(); }), failure);
-        EXPECT_EQ(write(failing), kInvalid);
-    }
-    // The greeting stays unanswered, but leaves the channel open.
-    void connectHasty() {
-        EXPECT_EQ(messageOf<SmhiException>([this] { hasty.Connect(); }),
-                  "SMHI Error: Failed to connect to client");
-        EXPECT_EQ(server.welcome(false), kGuid);
-        hasty.Connect();
+        auto connecting = std::async(std::launch::async, [&] { channel.Connect(); });
+        connection = ::accept(listener, nullptr, nullptr);
+        EXPECT_EQ(receive(), kGuid);
+        send(Bytes(5, 1));
+        connecting.get();
     }
     std::string read(KeluBase& channel) {
         return messageOf<SmhiException>([&] { channel.Read(message, 4000); });
@@ -104,9 +70,9 @@ class KeluLinuxTest : public testing::Test {
     }
 
     WorkingFolder folder;
-    Server server{kSocket};
-    KeluLinux kelu{{"nothing.sock", kSocket}, std::chrono::hours(1)};
-    KeluLinux hasty{{kSocket}, milliseconds(5)};
+    const int listener = listenAt("tavo.sock");
+    int connection = -1;
+    KeluLinux kelu{{"nothing.sock", "tavo.sock"}, std::chrono::hours(1)};
     Bytes message;
 };
 
@@ -115,19 +81,17 @@ TEST_F(KeluLinuxTest, OnePacketIsOneMessage) {
     kelu.Connect();
     kelu.Write({1, 2, 3});
     kelu.Write(Bytes(4000, 7));
-    EXPECT_EQ(server.receive(), (Bytes{1, 2, 3}));
-    EXPECT_EQ(server.receive(), Bytes(4000, 7));
+    EXPECT_EQ(receive(), (Bytes{1, 2, 3}));
+    EXPECT_EQ(receive(), Bytes(4000, 7));
     // The rest of a message that is too long is gone.
-    for (const Bytes& sent : {Bytes{9, 8}, Bytes(4001, 5), Bytes{6}}) {
-        server.send(sent);
+    for (const Bytes& bytes : {Bytes{9, 8}, Bytes(4001, 5), Bytes{6}}) {
+        send(bytes);
     }
+    hangUp();
     for (const Bytes& expected : {Bytes{9, 8}, Bytes(4000, 5), Bytes{6}}) {
         EXPECT_EQ(read(kelu), kNoFailure);
         EXPECT_EQ(message, expected);
     }
-    server.send({1});
-    server.hangUp();
-    EXPECT_EQ(read(kelu), kNoFailure);
     EXPECT_EQ(read(kelu), kReadFailed);
     // No signal that would end the process.
     EXPECT_EQ(write(kelu), "SMHI Error: Failed to write to device");
@@ -140,34 +104,40 @@ TEST_F(KeluLinuxTest, UnconnectedChannelAndNoDescriptorLeft) {
     const auto before = files();
     for (const bool closeAtTheEnd : {false, true}) {
         const auto made = makeKelu();
-        EXPECT_EQ(read(*made), kInvalid);
-        EXPECT_EQ(write(*made), kInvalid);
         made->Close();
-        connect(*made);
-        made->Close();
-        made->Close();
-        EXPECT_EQ(read(*made), kInvalid);
-        server.hangUp();
-        connect(*made);
-        server.hangUp();
-        if (closeAtTheEnd) {
-            made->Close();
+        for (int round = 0; round < 2; ++round) {
+            EXPECT_EQ(read(*made), kInvalid);
+            EXPECT_EQ(write(*made), kInvalid);
+            connect(*made);
+            hangUp();
+            if (round == 0 || closeAtTheEnd) {
+                made->Close();
+                made->Close();
+            }
         }
     }
     EXPECT_EQ(files(), before);
 }
 
 TEST_F(KeluLinuxTest, ConnectFailures) {
-    { const Server gone("gone.sock"); }
+    ::close(listenAt("gone.sock"));
     std::filesystem::create_directory("folder.sock");
-    const std::string enumeration = "SMHI Error: Failed to enumerate device interfaces";
-    expectConnectFailure({}, enumeration);
-    expectConnectFailure({"folder.sock", "nothing.sock"}, enumeration);
-    expectConnectFailure({"gone.sock", kSocket}, "SMHI Error: Failed to create device handle");
+    for (const auto& [path, failure] : std::vector<std::pair<std::string, std::string>>{
+             {"nothing.sock", "SMHI Error: Failed to enumerate device interfaces"},
+             {"folder.sock", "SMHI Error: Failed to enumerate device interfaces"},
+             {"gone.sock", "SMHI Error: Failed to create device handle"}}) {
+        KeluLinux failing({path}, milliseconds(5));
+        EXPECT_EQ(messageOf<SmhiException>([&] { failing.Connect(); }), failure);
+        EXPECT_EQ(write(failing), kInvalid);
+    }
 }
 
 TEST_F(KeluLinuxTest, TimeOutsLeaveTheChannelOpen) {
-    connectHasty();
+    KeluLinux hasty{{"tavo.sock"}, milliseconds(5)};
+    EXPECT_EQ(messageOf<SmhiException>([&] { hasty.Connect(); }),
+              "SMHI Error: Failed to connect to client");
+    hasty.Connect();
+    connection = ::accept(listener, nullptr, nullptr);
     // Signals don't end a transfer.
     struct sigaction action {};
     struct sigaction before {};
@@ -186,13 +156,13 @@ TEST_F(KeluLinuxTest, TimeOutsLeaveTheChannelOpen) {
         failure = write(hasty);
     }
     EXPECT_EQ(failure, "SMHI Error: Failed to write to device, timed out");
-    server.send({1});
+    send({1});
     EXPECT_EQ(read(hasty), kNoFailure);
 }
 
 TEST_F(KeluLinuxTest, CancelledRead) {
     connect(kelu);
-    server.send({1});
+    send({1});
     kelu.cancelRead();
     kelu.cancelRead();
     EXPECT_EQ(read(kelu), kReadFailed + ", cancelled");
@@ -202,6 +172,7 @@ TEST_F(KeluLinuxTest, CancelledRead) {
     EXPECT_EQ(reading.get(), kReadFailed + ", cancelled");
     kelu.cancelRead();
     kelu.Close();
+    hangUp();
     connect(kelu);
 }
 

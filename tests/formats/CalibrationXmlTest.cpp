@@ -8,7 +8,7 @@ namespace {
 
 constexpr LUID kAmbientLight = {0x41, 0, 0, 0, kStaticFlag};
 
-// A block of each kind, and the file that holds them all.
+// A block of each kind; calibration.xml is the file that holds them all.
 const std::vector<std::pair<LUID, CalibrationBlock>> kBlocks = {
     {{0x73, 1, 0, 1, kStaticFlag},
      {0x00, 0x01,                                                              // FormatId, Version
@@ -25,51 +25,8 @@ const std::vector<std::pair<LUID, CalibrationBlock>> kBlocks = {
     {{0x73, 1, 2, 0, kStaticFlag}, {200, 4}},
 };
 
-// Without its line ends and the blanks that indent.
-const std::string kDocument =
-    R"(<?xml version="1.0" encoding="UTF-8"?><Tavo><Calibration>)"
-    R"(<Sensor SensorTypeId="115" SubTypeId="0" VendorId="1" InstanceId="1" Flags="2">NOTE)"
-    R"(<CalibrationData Version="1" FormatId="0">)"
-    "<!--Axis mapping matrix maps the raw axes on sensor, towards axis system on device after "
-    "calibration.-->"
-    "<AxisMapping><XX>1</XX><XY>-1</XY><XZ>0</XZ><YX>0</YX><YY>1</YY><YZ>0</YZ><ZX>-1</ZX>"
-    "<ZY>1</ZY><ZZ>-1</ZZ></AxisMapping>"
-    "<!--This applies to the raw readings so they will be scaled to get the calibrated values. The "
-    "actual scale is the values in matrix divided by the ScaleFactor.-->"
-    "<Matrix><Mat11>1024</Mat11><Mat12>2</Mat12><Mat13>-1</Mat13><Mat21>4</Mat21>"
-    "<Mat22>1025</Mat22><Mat23>6</Mat23><Mat31>7</Mat31><Mat32>32767</Mat32><Mat33>-32768</Mat33>"
-    "<ScaleFactor>1024</ScaleFactor></Matrix>"
-    "<!--Offset will be removed from the raw readings to achieve the calibration.-->"
-    "<Offset><OffsetX>12</OffsetX><OffsetY>-40</OffsetY><OffsetZ>65543</OffsetZ></Offset>"
-    R"(<VendorData DataLength="2">ab0f</VendorData></CalibrationData></Sensor>)"
-    R"(<Sensor SensorTypeId="118" SubTypeId="3" VendorId="2" InstanceId="0" Flags="1">NOTE)"
-    R"(<CalibrationData Version="9" FormatId="2"><WhiteNoise>1000</WhiteNoise></CalibrationData>)"
-    R"(</Sensor><Sensor SensorTypeId="65" SubTypeId="0" VendorId="0" InstanceId="0" Flags="2">NOTE)"
-    R"(<CalibrationData Version="0" FormatId="1">)"
-    "<!--The following represents the scale the sensor data will be multiplied by. The scale is a "
-    "floating number is represented by multiplier/divider. The final result is Lux value read from "
-    "sensor * (multiplier/divider)-->"
-    R"(<Multiplier Divider="100">250</Multiplier><Steps NumOfSteps="3">)"
-    R"(<Step><Scale value="1"/><Lux value="2"/></Step><Step><Scale value="3"/><Lux value="4"/></Step>)"
-    R"(<Step><Scale value="5"/><Lux value="65535"/></Step></Steps>)"
-    R"(<VendorData DataLength="2">abcd</VendorData></CalibrationData></Sensor>)"
-    R"(<Sensor SensorTypeId="114" SubTypeId="0" VendorId="0" InstanceId="0" Flags="0">NOTE)"
-    R"(<CalibrationData Version="3" FormatId="0"><OEMCustomData DataLength="1">10</OEMCustomData>)"
-    R"(</CalibrationData></Sensor>)"
-    R"(<Sensor SensorTypeId="4660" SubTypeId="0" VendorId="0" InstanceId="0" Flags="2">NOTE)"
-    R"(<CalibrationData Version="255" FormatId="5"><OEMCustomData DataLength="3">0102fe)"
-    R"(</OEMCustomData></CalibrationData></Sensor>)"
-    R"(<Sensor SensorTypeId="115" SubTypeId="2" VendorId="1" InstanceId="0" Flags="2">NOTE)"
-    R"(<CalibrationData Version="4" FormatId="200"><OEMCustomData DataLength="0"></OEMCustomData>)"
-    R"(</CalibrationData></Sensor></Calibration></Tavo>)";
-
-// A file's text as above.
 std::string withoutLayout(const std::string& text) {
-    return replaceAll(
-        replaceAll(replaceAll(text, "    ", ""), "\r\n", ""),
-        "<!--Below are the calibration parameters to be applied to raw readings. Note that it is "
-        "not an issue that after calibration, sensor readings might exceed original range.-->",
-        "NOTE");
+    return replaceAll(replaceAll(text, "    ", ""), "\r\n", "");
 }
 
 std::shared_ptr<Sensor> sensorWith(const LUID& luid, const CalibrationBlock& original,
@@ -89,8 +46,8 @@ TEST_F(CalibrationXmlTest, EachKindOfBlockIsWrittenToTheLetterAndComesBack) {
         sensors.push_back(sensorWith(luid, block));
         firmware.blocks[luidText(luid)] = block;
     }
-    const std::string text = saved(sensors, true);
-    EXPECT_EQ(withoutLayout(text), kDocument);
+    const std::string text = fileContent(TAVOCAL_TESTS "/formats/calibration.xml");
+    EXPECT_EQ(saved(sensors, true), replaceAll(text, "\n", "\r\n"));
     // The firmware's own block keeps all but the white noise.
     CalibrationBlock present(71, 5);
     present[0] = 2;
@@ -102,7 +59,8 @@ TEST_F(CalibrationXmlTest, EachKindOfBlockIsWrittenToTheLetterAndComesBack) {
         EXPECT_EQ(loaded[i]->getLuid(), kBlocks[i].first);
         EXPECT_EQ(loaded[i]->calibrationToWrite, i == 1 ? present : kBlocks[i].second) << i;
     }
-    EXPECT_EQ(saved(loaded, false), replaceAll(text, "Version=\"9\"", "Version=\"5\""));
+    EXPECT_EQ(saved(loaded, false),
+              replaceAll(replaceAll(text, "\n", "\r\n"), "Version=\"9\"", "Version=\"5\""));
 }
 
 TEST_F(CalibrationXmlTest, ChoosesBlock) {
