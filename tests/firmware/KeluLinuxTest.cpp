@@ -10,6 +10,7 @@
 #include <cstring>
 #include <filesystem>
 #include <future>
+#include <map>
 
 #include "base/Failures.h"
 #include "firmware/MakeKelu.h"
@@ -122,12 +123,13 @@ TEST_F(KeluLinuxTest, UnconnectedChannelAndNoDescriptorLeft) {
 TEST_F(KeluLinuxTest, ConnectFailures) {
     ::close(listenAt("gone.sock"));
     std::filesystem::create_directory("folder.sock");
-    for (const auto& [path, failure] : std::vector<std::pair<std::string, std::string>>{
-             {"nothing.sock", "SMHI Error: Failed to enumerate device interfaces"},
-             {"folder.sock", "SMHI Error: Failed to enumerate device interfaces"},
-             {"gone.sock", "SMHI Error: Failed to create device handle"}}) {
+    const std::string enumeration = "Failed to enumerate device interfaces";
+    for (const auto& [path, failure] :
+         std::map<std::string, std::string>{{"nothing", enumeration},
+                                            {"folder.sock", enumeration},
+                                            {"gone.sock", "Failed to create device handle"}}) {
         KeluLinux failing({path}, milliseconds(5));
-        EXPECT_EQ(messageOf<SmhiException>([&] { failing.Connect(); }), failure);
+        EXPECT_EQ(messageOf<SmhiException>([&] { failing.Connect(); }), "SMHI Error: " + failure);
         EXPECT_EQ(write(failing), kInvalid);
     }
 }

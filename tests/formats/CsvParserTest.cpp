@@ -41,22 +41,15 @@ TEST_F(CsvParserTest, WritesEachSensorToTheLetter) {
     second->formFactor = 6;
     second->hinge = 4;
     second->samplingUnit = Unit::mg0;
+    CsvParser().writeToFile(folder.path("missing") + "\\", {{sensor, {}}});
     CsvParser().writeToFile(
         dumps + ".csv",
         {{sensor, {{1000.0, {0.012, -0.004, 0.998}}, {1020.0, {}}, {1e7, {-0.0, 1e9, NAN}}}},
          {second, {}},
          {light, {{1000.0, {120.0}}}}});
-    EXPECT_EQ(fileContent(folder.path("dataDumpAccelerometer.csv")),
-              "LUID=0073000100000002\nFORMFACTOR=TABLET\nHINGE=BOTTOM\n" + kHeader +
-                  "1000.000000,0.012000,-0.004000,0.998000\n1020.000000\n"
-                  "10000000.000000,-0.000000,1000000000.000000,nan\n");
-    EXPECT_EQ(fileContent(folder.path("dataDumpAccelerometer_2.csv")),
-              "LUID=0073000100000102\nFORMFACTOR=\nHINGE=\ntime[ms],Accelerometer_2_X[mg0],"
-              "Accelerometer_2_Y[mg0],Accelerometer_2_Z[mg0]\n");
-    EXPECT_EQ(fileContent(folder.path("dataDumpAmbientLightSensor.csv")),
-              "LUID=0041000000000002\nFORMFACTOR=2IN1\nHINGE=BOTTOM\n"
-              "time[ms],AmbientLightSensor_0[lux]\n1000.000000,120.000000\n");
-    CsvParser().writeToFile(folder.path("missing") + "\\", {{sensor, {}}});
+    for (const auto& [name, content] : tableOfTest("formats")) {
+        EXPECT_EQ(fileContent(folder.path(name)), content);
+    }
 }
 
 TEST_F(CsvParserTest, ReadsWhatIsWiderThanWhatItWrites) {

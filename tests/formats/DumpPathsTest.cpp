@@ -3,22 +3,17 @@
 #include <gtest/gtest.h>
 
 #include "support/TempFolder.h"
+#include "support/TextTable.h"
 
 namespace tavocal::test {
 namespace {
 
 TEST(DumpPathsTest, NameGoesBeforeTheExtension) {
-    EXPECT_EQ(dumpFileName("results\\dataDump.csv", "Gyroscope_2"),
-              "results\\dataDumpGyroscope_2.csv");
-    EXPECT_EQ(dumpFileName("d\\dataDump", "Gyroscope"), "d\\dataDumpGyroscope");
-    EXPECT_EQ(dumpFileName("a.CSV", "G"), "a.CSVG");
-    EXPECT_EQ(dumpFileName("a.csvx", "G"), "aG.csvx");
-    EXPECT_EQ(dumpFileName("a.csv.xcsv", "G"), "a.csv.xcsvG");
-    EXPECT_TRUE(hasCsvExtension("a.CsV"));
-    EXPECT_FALSE(hasCsvExtension("a.csvx"));
-    EXPECT_FALSE(hasCsvExtension("csv"));
-    EXPECT_EQ(replayFileName("d.csv", "G"), "dG.csv");
-    EXPECT_EQ(replayFileName("d\\p", "G"), "d\\pG.csv");
+    for (const auto& [given, files] : tableOfTest("formats")) {
+        const std::string path = given.substr(0, given.find(' '));
+        const std::string name = given.substr(given.find(' ') + 1);
+        EXPECT_EQ(dumpFileName(path, name) + " " + replayFileName(path, name), files);
+    }
 }
 
 TEST(DumpPathsTest, DumpExistsIfItCanBeOpened) {

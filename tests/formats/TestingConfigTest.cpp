@@ -54,7 +54,7 @@ const std::vector<Key> kKeys = {
 // Runs in a folder of its own, where the file would stand.
 class TestingConfigTest : public testing::Test {
   protected:
-    // What is left of the defaults, with what the console shows in `screen`.
+    // What the file leaves of the defaults; the console shows `screen`.
     Config loaded() {
         Config config;
         testing::internal::CaptureStdout();
@@ -67,7 +67,7 @@ class TestingConfigTest : public testing::Test {
         EXPECT_EQ(platform::writeFile("TestingConfig.xml", text), "");
         return loaded();
     }
-    Config loadedWith(const std::string& name, const std::string& value) {
+    Config loaded(const std::string& name, const std::string& value) {
         return loaded("\xEF\xBB\xBF<?xml version=\"1.0\"?>\r\n<TESTINGCONFIG><!-- a --><b>1</b><" +
                       name + ">" + value + "</" + name + "></TESTINGCONFIG>");
     }
@@ -86,18 +86,18 @@ TEST_F(TestingConfigTest, EachKeyChangesItsFieldAlone) {
     double value = 200;
     for (const Key& key : kKeys) {
         SCOPED_TRACE(key.name);
-        const Config config = loadedWith(key.name, std::to_string(++value));
+        const Config config = loaded(key.name, std::to_string(++value));
         EXPECT_EQ(key.in(config), value);
         expectDefaults(config, key.name);
     }
-    EXPECT_EQ(loadedWith("ACC_threshold_g0", "4.5").acc_Threshold_G0, 4.5);
+    EXPECT_EQ(loaded("ACC_threshold_g0", "4.5").acc_Threshold_G0, 4.5);
     EXPECT_EQ(&testingConfig(), &testingConfig());
 }
 
 TEST_F(TestingConfigTest, ConvertsThroughSinglePrecision) {
     for (const auto& [written, fields] : tableOfTest("formats")) {
-        const double value = loadedWith("acc_Threshold_G0", written).acc_Threshold_G0;
-        const int count = loadedWith("max_spikes_allowed", written).max_spikes_allowed;
+        const double value = loaded("acc_Threshold_G0", written).acc_Threshold_G0;
+        const int count = loaded("max_spikes_allowed", written).max_spikes_allowed;
         std::ostringstream read;
         read << std::setprecision(16) << value << ' ' << count;
         EXPECT_EQ(read.str(), fields) << written;
