@@ -148,12 +148,10 @@ TEST_F(SDTTest, SamplingStartsSensorBySensor) {
 TEST_F(SDTTest, SamplingFailureNamesTheSensor) {
     for (const bool refused : {false, true}) {
         renew();
-        for (int i = 0; i < 4; ++i) {
-            kelu->say({0x8A, 0, 0, 0});
-        }
-        if (refused) {
-            kelu->say({0x8A, 0, 0, 1});
-        }
+        kelu->onWrite = [&](const Bytes&) {
+            const bool last = kelu->written().size() == 5;
+            last && !refused ? kelu->fail("Failed") : kelu->say({0x8A, 0, 0, last});
+        };
         EXPECT_EQ(messageOf<CalibrationException>([&] { sdt.startSampling(kTwoSensors, 1, 0.0); }),
                   "Failed to sample sensor Gyroscope_2");
         EXPECT_EQ(kelu->written().size(), 5U);
@@ -162,15 +160,14 @@ TEST_F(SDTTest, SamplingFailureNamesTheSensor) {
 }
 
 TEST_F(SDTTest, ChannelFailurePassesThroughAndLeavesTheChannelOpen) {
-    kelu->fail("Failed to read from device");
-    EXPECT_EQ(messageOf<SmhiException>([&] { sdt.resetTavo(); }),
-              "SMHI Error: Failed to read from device");
+    kelu->fail("Failed");
+    EXPECT_EQ(messageOf<SmhiException>([&] { sdt.resetTavo(); }), "SMHI Error: Failed");
     kelu->say({0x82, 0, 0, 0});
     sdt.resetTavo();
     EXPECT_EQ(kelu->connects, 1);
-    kelu->connectFailure = "Failed to enumerate device interfaces";
+    kelu->connectFailure = "No channel";
     EXPECT_EQ(messageOf<SmhiException>([&] { sdt.startSampling(kTwoSensors, 10, 0.0); }),
-              "SMHI Error: Failed to enumerate device interfaces");
+              "SMHI Error: No channel");
 }
 
 }  // namespace

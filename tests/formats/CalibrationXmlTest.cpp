@@ -50,24 +50,17 @@ TEST_F(CalibrationXmlTest, EachKindOfBlockIsWrittenToTheLetterAndComesBack) {
     EXPECT_EQ(saved(loaded, false), replaceAll(text, "Version=\"9\"", "Version=\"5\""));
 }
 
+// The block that was loaded and the one to write, whether the current one is wanted; what is saved.
 TEST_F(CalibrationXmlTest, ChoosesBlock) {
-    const CalibrationBlock first = {200, 1, 0xA1}, second = {201, 2, 0xA2};
-    const auto hasIn = [&](const std::string& part, const CalibrationBlock& original,
-                           const CalibrationBlock& toWrite, bool useCurrent) {
-        return contains(saved({sensorWith(kAmbientLight, original, toWrite)}, useCurrent), part);
-    };
-    const std::string none =
-        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n<Tavo>\r\n    <Calibration/>\r\n</Tavo>\r\n";
-    EXPECT_EQ(saved({}, true), none);
-    EXPECT_TRUE(hasIn(none, {}, {}, false));
-    EXPECT_TRUE(hasIn(none, {}, second, true));
-    EXPECT_TRUE(hasIn(">a2<", {}, second, false));
-    EXPECT_TRUE(hasIn(">a1<", first, {}, false));
-    EXPECT_TRUE(hasIn(">a2<", first, second, false));
-    EXPECT_TRUE(hasIn(">a1<", first, second, true));
-    const auto refused = sensorWith(kAmbientLight, first);
-    refused->calibrationLoaded = false;
-    EXPECT_EQ(saved({refused}, true), none);
+    for (const auto& [given, part] : tableOfTest("formats")) {
+        const std::size_t comma = given.find(',');
+        const auto sensor = sensorWith(kAmbientLight, bytesOf(given.substr(0, comma)),
+                                       bytesOf(given.substr(comma + 1, 6)));
+        const bool useCurrent = given.ends_with("current");
+        EXPECT_TRUE(contains(saved({sensor}, useCurrent), part)) << given;
+        sensor->calibrationLoaded = false;
+        EXPECT_EQ(contains(saved({sensor}, useCurrent), "<Sensor"), part == ">a2<") << given;
+    }
 }
 
 // Type and Flags of the sensor, what it has of the firmware, and the block to write: what the file
