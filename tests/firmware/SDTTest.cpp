@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <array>
 #include <map>
+#include <sstream>
 
 #include "base/Text.h"
 #include "firmware/FakeKelu.h"
@@ -44,13 +44,6 @@ const std::map<std::string, std::string (*)(SDT&)> kCommands = {
     {"interval", [](SDT& sdt) { return std::to_string(sdt.getMinReportInterval(kGyroscope)); }},
     {"stop", [](SDT& sdt) { return sdt.stopSampling({kTwoSensors[1]}), std::string(); }}};
 
-std::string takeUntil(const std::string& end, std::string& text) {
-    const std::size_t at = std::min(text.find(end), text.size());
-    const std::string part = text.substr(0, at);
-    text.erase(0, at + end.size());
-    return part;
-}
-
 class SDTTest : public testing::Test {
   protected:
     // What comes of a command with that answer, over a channel that was never used.
@@ -84,21 +77,25 @@ class SDTTest : public testing::Test {
 // Command and request; its answer (what nobody reads is cc), the bytes that it needs, the result,
 // and the failure with # for the status.
 TEST_F(SDTTest, EveryCommandWithEveryDamage) {
-    for (auto [request, rest] : tableOfTest("firmware", kWords)) {
+    for (const auto& [request, rest] : tableOfTest("firmware", kWords)) {
         SCOPED_TRACE(request);
-        const std::string command = takeUntil(" ", request);
-        const Bytes good = bytesOf(takeUntil("; ", rest));
-        const std::size_t needed = std::stoul(takeUntil("; ", rest));
-        const std::string result = takeUntil("; ", rest);
-        const auto failure = [&, text = rest](int status) {
+        std::string answer, needed, result, text;
+        std::istringstream fields(rest);
+        std::getline(std::getline(std::getline(fields, answer, ';'), needed, ';'), result, ';') >>
+            std::ws;
+        std::getline(fields, text);
+        const std::string command = request.substr(0, request.find(' '));
+        const Bytes good = bytesOf(answer);
+        const auto failure = [&, told = text](int status) {
             const bool invalid = command == "store" && status == 5;
-            return "SMHI Error: " + replaceAll(text, "#", std::to_string(status)) +
+            return "SMHI Error: " + replaceAll(told, "#", std::to_string(status)) +
                    (invalid ? " due to invalid parameter" : "");
         };
         for (std::size_t size = 0; size <= good.size(); ++size) {
             const Bytes cut(good.begin(), good.begin() + static_cast<std::ptrdiff_t>(size));
-            EXPECT_EQ(outcome(command, cut), size < needed ? failure(0) : result) << size;
-            EXPECT_EQ(written(), request + "\n");
+            EXPECT_EQ(outcome(command, cut), size < std::stoul(needed) ? failure(0) : result)
+                << size;
+            EXPECT_EQ(command + " " + written(), request + "\n");
         }
         for (const auto& [at, byte, status] : std::vector<std::array<int, 3>>{
                  {3, 1, 1}, {3, 5, 5}, {3, 255, 255}, {0, good[0] & 0x7F, 0}, {0, 0x8F, 0}}) {
@@ -110,9 +107,11 @@ TEST_F(SDTTest, EveryCommandWithEveryDamage) {
 }
 
 TEST_F(SDTTest, CountsThatReachPastTheMessage) {
-    for (auto [answer, failure] : tableOfTest("firmware", kWords)) {
-        const std::string command = takeUntil(" ", answer);
-        EXPECT_EQ(outcome(command, bytesOf(answer)), "SMHI Error: " + failure) << answer;
+    for (const auto& [given, failure] : tableOfTest("firmware", kWords)) {
+        const std::size_t blank = given.find(' ');
+        EXPECT_EQ(outcome(given.substr(0, blank), bytesOf(given.substr(blank))),
+                  "SMHI Error: " + failure)
+            << given;
     }
 }
 
@@ -129,11 +128,11 @@ TEST_F(SDTTest, SizesOfABlock) {
 
 // Interval and sensitivity; both as they travel.
 TEST_F(SDTTest, SamplingStartsSensorBySensor) {
-    for (auto [given, sent] : tableOfTest("firmware")) {
+    for (const auto& [given, sent] : tableOfTest("firmware")) {
         renew();
         kelu->onWrite = [this](const Bytes&) { kelu->say({0x8A, 0, 0, 0}); };
-        const auto interval = static_cast<std::uint32_t>(std::stoul(takeUntil(" ", given)));
-        sdt.startSampling(kTwoSensors, interval, std::stod(given));
+        sdt.startSampling(kTwoSensors, static_cast<std::uint32_t>(std::stoul(given)),
+                          std::stod(given.substr(given.find(' '))));
         EXPECT_EQ(kelu->connects, 1);
         EXPECT_EQ(kelu->closes, 1);
         std::string expected;
