@@ -5,13 +5,14 @@
 #include <future>
 #include <map>
 #include <sstream>
+#include <tuple>
 
 #include "base/Logger.h"
 #include "base/Text.h"
 #include "firmware/FakeKelu.h"
 #include "firmware/PNRRecord.h"
 #include "firmware/SampleReceiver.h"
-#include "sensors/Luid.h"
+#include "sensors/Sensor.h"
 #include "support/TextTable.h"
 
 namespace tavocal::test {
@@ -46,23 +47,10 @@ const Bytes kDamaged = buffer(record(kLight + "0100000000000000"
                                               "01000000") +
                               "c8");
 
-// Keeps what a session delivers. To be read when the session has stopped.
+// Knows two sensors and keeps what a session delivers. To be read when the session has stopped.
 class FakeReceiver : public SampleReceiver {
   public:
-    struct Delivery {
-        std::shared_ptr<Sensor> sensor;
-        std::vector<double> values;
-        double timeMs;
-        bool operator==(const Delivery&) const = default;
-    };
-
-    // Makes a sensor known. The session never looks into one, so any address will do.
-    std::shared_ptr<Sensor> know(const std::string& luidText, std::int32_t rawDivisor) {
-        const auto tag = std::make_shared<int>(0);
-        const std::shared_ptr<Sensor> sensor(tag, reinterpret_cast<Sensor*>(tag.get()));
-        sensors[luidText] = {sensor, rawDivisor};
-        return sensor;
-    }
+    using Delivery = std::tuple<std::shared_ptr<Sensor>, std::vector<double>, double>;
 
     std::optional<Target> findSensor(const std::string& luidText) override {
         const auto found = sensors.find(luidText);
@@ -70,7 +58,7 @@ class FakeReceiver : public SampleReceiver {
     }
     void handleData(const std::shared_ptr<Sensor>& sensor, std::span<const double> values,
                     double timeMs) override {
-        deliveries.push_back({sensor, {values.begin(), values.end()}, timeMs});
+        deliveries.emplace_back(sensor, std::vector<double>(values.begin(), values.end()), timeMs);
         onDelivery();
     }
     void stageDone(bool status) override {
@@ -78,13 +66,14 @@ class FakeReceiver : public SampleReceiver {
         onStageDone();
     }
 
+    const std::shared_ptr<Sensor> light = makeSensor({0x0041, 0, 0, 0, 2});
+    const std::shared_ptr<Sensor> accelerometer = makeSensor({0x0073, 0, 0, 0, 2});
+    const std::map<std::string, Target> sensors = {{"0041000000000002", {light, 1000}},
+                                                   {"0073000000000002", {accelerometer, 1000000}}};
     std::function<void()> onDelivery = [] {};
     std::function<void()> onStageDone = [] {};
     std::vector<Delivery> deliveries;
     std::vector<bool> stages;
-
-  private:
-    std::map<std::string, Target> sensors;
 };
 
 class PNRRecordPrivateTest : public testing::Test {
@@ -134,8 +123,6 @@ class PNRRecordPrivateTest : public testing::Test {
     PnrTiming timing{milliseconds(0), milliseconds(0), hours(1)};
     std::shared_ptr<FakeKelu> kelu;
     FakeReceiver receiver;
-    std::shared_ptr<Sensor> light = receiver.know("0041000000000002", 1000);
-    std::shared_ptr<Sensor> accelerometer = receiver.know("0073000000000002", 1000000);
     Messages sayToStart = {kAccepted};
     Messages sayToStop = {kAccepted};
     bool recording = false;
@@ -159,11 +146,12 @@ TEST_F(PNRRecordPrivateTest, InterleavedSensorsGetTheirSamplesInOrder) {
                                      "ffffffff")));
     kelu->waitUntilBlocked();
     EXPECT_TRUE(session->stop());
-    EXPECT_EQ(receiver.deliveries, (std::vector<FakeReceiver::Delivery>{
-                                       {accelerometer, {-1.0, 0.5, 0.000001}, 1.5},
-                                       {light, {12.345}, 1.7},
-                                       {accelerometer, {}, 11.5},
-                                       {light, {-0.001}, 18446744073709551615.0 / 1000.0}}));
+    EXPECT_EQ(receiver.deliveries,
+              (std::vector<FakeReceiver::Delivery>{
+                  {receiver.accelerometer, {-1.0, 0.5, 0.000001}, 1.5},
+                  {receiver.light, {12.345}, 1.7},
+                  {receiver.accelerometer, {}, 11.5},
+                  {receiver.light, {-0.001}, 18446744073709551615.0 / 1000.0}}));
     EXPECT_TRUE(receiver.stages.empty());
     EXPECT_EQ(kelu->cancels, 1) << "a quiet firmware";
     EXPECT_EQ(kelu->written(), (Messages{kStop, kStart, kStop}));

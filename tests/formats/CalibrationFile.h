@@ -4,12 +4,15 @@
 
 #include <map>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "base/Failures.h"
+#include "base/Text.h"
 #include "firmware/FakeKelu.h"
 #include "firmware/SDT.h"
+#include "formats/CalibrationXml.h"
 #include "sensors/Sensor.h"
 #include "support/MessageOf.h"
 #include "support/TempFolder.h"
@@ -46,20 +49,58 @@ struct BlockFirmware {
     }
 };
 
+// The attributes of a "Sensor", in place of its kind, and the text of its LUID.
+inline const std::map<std::string, std::pair<std::string, std::string>> kKinds = {
+    {"static", {"115' SubTypeId='2' VendorId='1' InstanceId='0' Flags='2'", "0073000100020002"}},
+    {"dynamic", {"115' SubTypeId='2' VendorId='1' InstanceId='0' Flags='1'", "0073000100020001"}},
+    {"both", {"115' SubTypeId='2' VendorId='1' InstanceId='0' Flags='3'", "0073000100020003"}},
+    {"plain", {"114' SubTypeId='' VendorId='' InstanceId='' Flags=''", "0072000000000000"}},
+    {"light", {"65' SubTypeId='' VendorId='' InstanceId='' Flags='2'", "0041000000000002"}},
+    {"generic", {"4660' SubTypeId='' VendorId='' InstanceId='' Flags='2'", "1234000000000002"}}};
+
+inline const TextTable kMeanings = {{"BAD", "XML parsing error."},
+                                    {"SCALE", "<Multiplier Divider='100'>250</Multiplier>"},
+                                    {"LEVELS", "<Steps NumOfSteps='3'>STEPSTEPSTEP</Steps>"},
+                                    {"STEP", "<Step><Scale value='1'/><Lux value='2'/></Step>"}};
+
 // A folder for calibration files, beside a firmware with a block for each kind of sensor but the
 // generic one.
 class CalibrationFile : public testing::Test {
   protected:
     using Sensors = std::vector<std::shared_ptr<Sensor>>;
 
-    std::string saved(const Sensors& sensors, bool useCurrent) const;
-    Sensors load(const std::string& text);
+    std::string saved(const Sensors& sensors, bool useCurrent) const {
+        saveCalibrationXml(folder.path("saved.xml"), sensors, useCurrent);
+        return fileContent(folder.path("saved.xml"));
+    }
+    Sensors load(const std::string& text) {
+        return loadCalibrationXml(folder.write("loaded.xml", text), firmware.sdt);
+    }
     // The block to write of the file's first sensor in hexadecimal, or the failure.
-    std::string outcomeOf(const std::string& text);
+    std::string outcomeOf(const std::string& text) {
+        std::string block;
+        const std::string failure = messageOf<CalibrationException>([&] {
+            const CalibrationBlock bytes = load(text).at(0)->calibrationToWrite;
+            block = hexText(bytes.data(), bytes.size());
+        });
+        return failure == kNoFailure ? block : failure;
+    }
     // Rows "kind FormatId content => outcome" of a file with one "CalibrationData", whose Version
     // is 7. A kind is static, dynamic, both (flags), plain (inertial), light or generic. BAD means
     // "XML parsing error.", LUID the sensor's, SCALE, LEVELS and STEP some of a light sensor.
-    void expectTableOfTest();
+    void expectTableOfTest() {
+        for (const auto& [given, outcome] : tableOfTest("formats", kMeanings)) {
+            std::istringstream words(given);
+            std::string kind, formatId, content;
+            std::getline(words >> kind >> formatId >> std::ws, content);
+            const auto& [attributes, luid] = kKinds.at(kind);
+            EXPECT_EQ(outcomeOf("<Tavo><Calibration><Sensor SensorTypeId='" + attributes +
+                                "><CalibrationData Version='7' FormatId='" + formatId + "'>" +
+                                content + "</CalibrationData></Sensor></Calibration></Tavo>"),
+                      replaceAll(outcome, "LUID", luid))
+                << given.substr(0, 200);
+        }
+    }
     // The file that was loaded last.
     std::string lastLoaded() const { return fileContent(folder.path("loaded.xml")); }
 

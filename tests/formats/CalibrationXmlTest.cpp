@@ -8,10 +8,6 @@ namespace {
 
 constexpr LUID kAmbientLight = {0x41, 0, 0, 0, kStaticFlag};
 
-std::string withoutLayout(const std::string& text) {
-    return replaceAll(replaceAll(text, "    ", ""), "\r\n", "");
-}
-
 std::shared_ptr<Sensor> sensorWith(const LUID& luid, const CalibrationBlock& original,
                                    const CalibrationBlock& toWrite = {}) {
     auto sensor = makeSensor(luid);
@@ -63,19 +59,18 @@ TEST_F(CalibrationXmlTest, ChoosesBlock) {
     }
 }
 
-// Type and Flags of the sensor, what it has of the firmware, and the block to write: what the file
-// has of it or why there is none.
+// The sensor, what it has of the firmware, and the block to write; what the file has of it or why
+// there is none.
 TEST_F(CalibrationXmlTest, BlocksAtTheirLimits) {
     for (const auto& [given, outcome] : tableOfTest("formats", {{"NIL", std::string(24, '0')}})) {
         const std::size_t semicolon = given.find(';');
-        const auto type = static_cast<std::uint16_t>(std::stoi(given.substr(0, 4), nullptr, 16));
-        const auto flags = static_cast<std::uint8_t>(given[5] - '0');
-        const auto sensor =
-            sensorWith({type, 0, 0, 0, flags}, bytesOf(given.substr(7, semicolon - 7)),
-                       bytesOf(given.substr(semicolon + 2)));
+        LUID luid;
+        ASSERT_TRUE(parseLuidText(given.substr(0, 16), luid));
+        const auto sensor = sensorWith(luid, bytesOf(given.substr(16, semicolon - 16)),
+                                       bytesOf(given.substr(semicolon + 1)));
         std::string text;
-        const std::string failure =
-            messageOf<CalibrationException>([&] { text = withoutLayout(saved({sensor}, false)); });
+        const std::string failure = messageOf<CalibrationException>(
+            [&] { text = replaceAll(replaceAll(saved({sensor}, false), "    ", ""), "\r\n", ""); });
         EXPECT_TRUE(failure == outcome || contains(text, outcome))
             << given << ": " << failure << text;
     }
