@@ -24,12 +24,10 @@ class FakeKelu : public KeluBase {
     bool patient = false;
     std::string connectFailure;
     bool connected = false;
-    int connects = 0;
-    int closes = 0;
-    int cancels = 0;
+    int connects = 0, closes = 0, cancels = 0;
 
-    void say(Bytes message) { push({std::move(message), {}}); }
-    void fail(const std::string& text) { push({{}, text}); }
+    void say(Bytes message) { push(std::move(message), {}); }
+    void fail(const std::string& text) { push({}, text); }
 
     std::vector<Bytes> written() const {
         const std::lock_guard<std::mutex> lock(mutex);
@@ -93,22 +91,18 @@ class FakeKelu : public KeluBase {
     }
 
   private:
-    // A message, or the text of a failure.
-    using Step = std::pair<Bytes, std::string>;
-
-    void push(Step step) {
+    void push(Bytes message, const std::string& failure) {
         const std::lock_guard<std::mutex> lock(mutex);
-        script.push_back(std::move(step));
+        script.emplace_back(std::move(message), failure);
         blocked = false;
         changed.notify_all();
     }
 
     mutable std::mutex mutex;
     std::condition_variable changed;
-    std::deque<Step> script;
+    std::deque<std::pair<Bytes, std::string>> script;  // a message, or the text of a failure
     std::vector<Bytes> requests;
-    bool blocked = false;
-    bool cancelled = false;
+    bool blocked = false, cancelled = false;
 };
 
 }  // namespace tavocal::test

@@ -138,10 +138,7 @@ TEST_F(KeluLinuxTest, TimeOutsLeaveTheChannelOpen) {
     hasty.Connect();
     connection = ::accept(listener, nullptr, nullptr);
     // Signals don't end a transfer.
-    struct sigaction action {};
-    struct sigaction before {};
-    action.sa_handler = [](int) { alarms = alarms + 1; };
-    sigaction(SIGALRM, &action, &before);
+    const auto before = std::signal(SIGALRM, [](int) { alarms = alarms + 1; });
     const itimerval often{{0, 500}, {0, 500}};
     const itimerval never{};
     while (alarms < 3) {
@@ -149,7 +146,7 @@ TEST_F(KeluLinuxTest, TimeOutsLeaveTheChannelOpen) {
         EXPECT_EQ(read(hasty), kReadFailed + ", timed out");
         setitimer(ITIMER_REAL, &never, nullptr);
     }
-    sigaction(SIGALRM, &before, nullptr);
+    std::signal(SIGALRM, before);
     std::string failure = kNoFailure;
     while (failure == kNoFailure) {
         failure = write(hasty);

@@ -123,8 +123,7 @@ class PNRRecordPrivateTest : public testing::Test {
     PnrTiming timing{milliseconds(0), milliseconds(0), hours(1)};
     std::shared_ptr<FakeKelu> kelu;
     FakeReceiver receiver;
-    Messages sayToStart = {kAccepted};
-    Messages sayToStop = {kAccepted};
+    Messages sayToStart = {kAccepted}, sayToStop = {kAccepted};
     bool recording = false;
     std::size_t logStart = 0;
     std::unique_ptr<platform::SyncObject> never = platform::makeSyncObject();
@@ -156,11 +155,7 @@ TEST_F(PNRRecordPrivateTest, InterleavedSensorsGetTheirSamplesInOrder) {
     EXPECT_EQ(kelu->cancels, 1) << "a quiet firmware";
     EXPECT_EQ(kelu->written(), (Messages{kStop, kStart, kStop}));
     EXPECT_FALSE(kelu->connected);
-    std::map<std::string, std::string> expected;
-    for (const auto& [function, line] : tableOfTest("firmware")) {
-        expected[function] += "[" + line + "; ";
-    }
-    for (const auto& [function, lines] : expected) {
+    for (const auto& [function, lines] : tableOfTest("firmware")) {
         EXPECT_EQ(log("[PNRRecordPrivate::" + function + "]"), lines);
     }
 }

@@ -29,12 +29,10 @@ struct BlockFirmware {
     }
 
     std::map<std::string, CalibrationBlock> blocks;  // by LUID text
-    std::uint8_t formFactor = 4;
-    std::uint8_t hinge = 3;
+    std::uint8_t formFactor = 4, hinge = 3;
     const std::shared_ptr<FakeKelu> kelu = std::make_shared<FakeKelu>();
     SDT sdt{[this] { return kelu; }};
 
-  private:
     Bytes answerTo(const Bytes& request) const {
         const bool asksForSettings = request.at(13) == 0x04;
         if (asksForSettings) {

@@ -6,8 +6,6 @@
 namespace tavocal::test {
 namespace {
 
-constexpr LUID kAmbientLight = {0x41, 0, 0, 0, kStaticFlag};
-
 std::shared_ptr<Sensor> sensorWith(const LUID& luid, const CalibrationBlock& original,
                                    const CalibrationBlock& toWrite = {}) {
     auto sensor = makeSensor(luid);
@@ -50,7 +48,7 @@ TEST_F(CalibrationXmlTest, EachKindOfBlockIsWrittenToTheLetterAndComesBack) {
 TEST_F(CalibrationXmlTest, ChoosesBlock) {
     for (const auto& [given, part] : tableOfTest("formats")) {
         const std::size_t comma = given.find(',');
-        const auto sensor = sensorWith(kAmbientLight, bytesOf(given.substr(0, comma)),
+        const auto sensor = sensorWith({0x41, 0, 0, 0, 2}, bytesOf(given.substr(0, comma)),
                                        bytesOf(given.substr(comma + 1, 6)));
         const bool useCurrent = given.ends_with("current");
         EXPECT_TRUE(contains(saved({sensor}, useCurrent), part)) << given;
