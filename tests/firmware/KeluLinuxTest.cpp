@@ -20,8 +20,6 @@
 namespace tavocal::test {
 namespace {
 
-using std::chrono::milliseconds;
-
 const Bytes kGuid = {0x2e, 0x9a, 0x57, 0xbb, 0x54, 0xcc, 0x50, 0x44,
                      0xb1, 0xd0, 0x5e, 0x75, 0x20, 0xdc, 0xad, 0x25};
 const std::string kInvalid = "SMHI Error: Invalid device handle";
@@ -115,6 +113,7 @@ TEST_F(KeluLinuxTest, UnconnectedChannelAndNoDescriptorLeft) {
         }
     }
     EXPECT_EQ(files(), before);
+    EXPECT_EQ(kKeluTimeout, std::chrono::seconds(100));
 }
 
 TEST_F(KeluLinuxTest, ConnectFailures) {
@@ -125,14 +124,14 @@ TEST_F(KeluLinuxTest, ConnectFailures) {
          std::map<std::string, std::string>{{"nothing", enumeration},
                                             {"folder.sock", enumeration},
                                             {"gone.sock", "Failed to create device handle"}}) {
-        KeluLinux failing({path}, milliseconds(5));
+        KeluLinux failing({path}, std::chrono::milliseconds(5));
         EXPECT_EQ(messageOf<SmhiException>([&] { failing.Connect(); }), "SMHI Error: " + failure);
         EXPECT_EQ(write(failing), kInvalid);
     }
 }
 
 TEST_F(KeluLinuxTest, TimeOutsLeaveTheChannelOpen) {
-    KeluLinux hasty{{"tavo.sock"}, milliseconds(5)};
+    KeluLinux hasty{{"tavo.sock"}, std::chrono::milliseconds(5)};
     EXPECT_EQ(messageOf<SmhiException>([&] { hasty.Connect(); }),
               "SMHI Error: Failed to connect to client");
     hasty.Connect();

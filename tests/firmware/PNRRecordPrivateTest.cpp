@@ -18,7 +18,6 @@
 namespace tavocal::test {
 namespace {
 
-using std::chrono::hours;
 using std::chrono::milliseconds;
 using Messages = std::vector<Bytes>;
 
@@ -120,7 +119,7 @@ class PNRRecordPrivateTest : public testing::Test {
     }
 
     // The fake firmware is silent between messages, so a stop has no reason for grace.
-    PnrTiming timing{milliseconds(0), milliseconds(0), hours(1)};
+    PnrTiming timing{milliseconds(0), milliseconds(0), std::chrono::hours(1)};
     std::shared_ptr<FakeKelu> kelu;
     FakeReceiver receiver;
     Messages sayToStart = {kAccepted}, sayToStop = {kAccepted};
@@ -235,7 +234,7 @@ TEST_F(PNRRecordPrivateTest, FailureOnTheWorkerEndsTheSession) {
 }
 
 TEST_F(PNRRecordPrivateTest, PublishingFirmwareIsNotCancelled) {
-    timing.stopGrace = hours(1);
+    timing.stopGrace = std::chrono::hours(1);
     renew();
     std::future<bool> stopped;
     receiver.onDelivery = [&] {
@@ -256,6 +255,7 @@ TEST_F(PNRRecordPrivateTest, SilentFirmwareIsGivenUpAndNotAskedAgain) {
     ASSERT_TRUE(session->start(receiver));
     EXPECT_FALSE(session->stop());
     EXPECT_EQ(receiver.stages, std::vector<bool>{false});
+    EXPECT_EQ(PnrTiming().afterRefusal, milliseconds(10));
     const auto requests = kelu->written();
     session.reset();
     EXPECT_EQ(kelu->written(), requests);
