@@ -96,11 +96,22 @@ TEST_F(KeluLinuxTest, OnePacketIsOneMessage) {
     EXPECT_EQ(write(kelu), "SMHI Error: Failed to write to device");
 }
 
-TEST_F(KeluLinuxTest, UnconnectedChannelAndNoDescriptorLeft) {
+TEST_F(KeluLinuxTest, UnconnectedChannelAndFailuresLeaveNoDescriptor) {
     const auto files = [] {
         return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
     };
+    ::close(listenAt("gone.sock"));
+    std::filesystem::create_directory("folder.sock");
     const auto before = files();
+    const std::string enumeration = "Failed to enumerate device interfaces";
+    for (const auto& [path, failure] :
+         std::map<std::string, std::string>{{"nothing", enumeration},
+                                            {"folder.sock", enumeration},
+                                            {"gone.sock", "Failed to create device handle"}}) {
+        KeluLinux failing({path}, std::chrono::milliseconds(5));
+        EXPECT_EQ(messageOf<SmhiException>([&] { failing.Connect(); }), "SMHI Error: " + failure);
+        EXPECT_EQ(write(failing), kInvalid);
+    }
     {
         const auto made = makeKelu();
         for (int round = 0; round < 2; ++round) {
@@ -114,20 +125,6 @@ TEST_F(KeluLinuxTest, UnconnectedChannelAndNoDescriptorLeft) {
     }
     EXPECT_EQ(files(), before);
     EXPECT_EQ(kKeluTimeout, std::chrono::seconds(100));
-}
-
-TEST_F(KeluLinuxTest, ConnectFailures) {
-    ::close(listenAt("gone.sock"));
-    std::filesystem::create_directory("folder.sock");
-    const std::string enumeration = "Failed to enumerate device interfaces";
-    for (const auto& [path, failure] :
-         std::map<std::string, std::string>{{"nothing", enumeration},
-                                            {"folder.sock", enumeration},
-                                            {"gone.sock", "Failed to create device handle"}}) {
-        KeluLinux failing({path}, std::chrono::milliseconds(5));
-        EXPECT_EQ(messageOf<SmhiException>([&] { failing.Connect(); }), "SMHI Error: " + failure);
-        EXPECT_EQ(write(failing), kInvalid);
-    }
 }
 
 TEST_F(KeluLinuxTest, TimeOutsLeaveTheChannelOpen) {
