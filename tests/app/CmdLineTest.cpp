@@ -1,6 +1,7 @@
 #include "app/CmdLine.h"
 
 #include "app/CmdLineFixture.h"
+#include "support/TempFolder.h"
 
 namespace tavocal::test {
 

@@ -1,16 +1,18 @@
 #pragma once
 
+#include <algorithm>
 #include <condition_variable>
 #include <deque>
 #include <functional>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/Failures.h"
 #include "firmware/KeluBase.h"
 
-namespace tavocal {
+namespace tavocal::test {
 
 // A channel to a scripted firmware. Reads take the script's messages in order; behind the last one
 // a read fails like a time-out, or waits for more if `patient` is set. It records what was written
@@ -20,9 +22,12 @@ class FakeKelu : public KeluBase {
     // What the firmware does when a request arrives, such as say(...). Runs on the writing thread.
     std::function<void(const Bytes&)> onWrite = [](const Bytes&) {};
     bool patient = false;
+    std::string connectFailure;
+    bool connected = false;
+    int connects = 0, closes = 0, cancels = 0;
 
-    void say(Bytes message) { push({std::move(message), {}}); }
-    void fail(const std::string& text) { push({{}, text}); }
+    void say(Bytes message) { push(std::move(message), {}); }
+    void fail(const std::string& text) { push({}, text); }
 
     std::vector<Bytes> written() const {
         const std::lock_guard<std::mutex> lock(mutex);
@@ -62,19 +67,18 @@ class FakeKelu : public KeluBase {
         if (script.empty()) {
             throw SmhiException("Failed to read from device, timed out");
         }
-        const Step step = std::move(script.front());
+        const auto [message, failure] = std::move(script.front());
         script.pop_front();
-        if (!step.failure.empty()) {
-            throw SmhiException(step.failure);
+        if (!failure.empty()) {
+            throw SmhiException(failure);
         }
-        output = step.message;
+        output = message;
         output.resize(std::min<std::size_t>(output.size(), maximum));
     }
 
     void Close() override {
         const std::lock_guard<std::mutex> lock(mutex);
-        connected = false;
-        cancelled = false;
+        connected = cancelled = false;
         ++closes;
     }
 
@@ -86,31 +90,19 @@ class FakeKelu : public KeluBase {
         changed.notify_all();
     }
 
-    std::string connectFailure;
-    bool connected = false;
-    int connects = 0;
-    int closes = 0;
-    int cancels = 0;
-
   private:
-    struct Step {
-        Bytes message;
-        std::string failure;
-    };
-
-    void push(Step step) {
+    void push(Bytes message, const std::string& failure) {
         const std::lock_guard<std::mutex> lock(mutex);
-        script.push_back(std::move(step));
+        script.emplace_back(std::move(message), failure);
         blocked = false;
         changed.notify_all();
     }
 
     mutable std::mutex mutex;
     std::condition_variable changed;
-    std::deque<Step> script;
+    std::deque<std::pair<Bytes, std::string>> script;  // a message, or the text of a failure
     std::vector<Bytes> requests;
-    bool blocked = false;
-    bool cancelled = false;
+    bool blocked = false, cancelled = false;
 };
 
-}  // namespace tavocal
+}  // namespace tavocal::test

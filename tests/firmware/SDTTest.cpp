@@ -2,294 +2,173 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <limits>
+#include <array>
+#include <map>
+#include <sstream>
 
-#include "FakeKelu.h"
+#include "base/Text.h"
+#include "firmware/FakeKelu.h"
+#include "support/Lines.h"
+#include "support/MessageOf.h"
+#include "support/TextTable.h"
 
-namespace tavocal {
+namespace tavocal::test {
 namespace {
 
 constexpr LUID kGyroscope = {0x0076, 0x1234, 0xABCD, 1, kStaticFlag};
-// The same on the wire.
-const Bytes kGyroscopeBytes = {0x76, 0x00, 0x34, 0x12, 0xCD, 0xAB, 0x01, 0x02};
+const TextTable kWords = {{"LUID", "76003412cdab0102"}};
+const std::vector<SampledSensor> kTwoSensors = {{{0x0073, 0, 0, 0, 2}, "Accelerometer"},
+                                                {kGyroscope, "Gyroscope_2"}};
 
-Bytes operator+(Bytes left, const Bytes& right) {
-    left.insert(left.end(), right.begin(), right.end());
-    return left;
+std::string hex(const Bytes& message) {
+    return hexText(message.data(), message.size());
 }
 
-// An answer of that size, filled with what means nothing.
-Bytes answer(std::uint8_t command, std::uint8_t status, std::size_t size = 4) {
-    Bytes bytes(std::max<std::size_t>(size, 4), 0xCC);
-    bytes[0] = static_cast<std::uint8_t>(command | 0x80);
-    bytes[3] = status;
-    return bytes;
-}
-
-Bytes with(Bytes bytes, std::size_t offset, const Bytes& part) {
-    std::copy(part.begin(), part.end(), bytes.begin() + static_cast<std::ptrdiff_t>(offset));
-    return bytes;
-}
-
-std::string smhiFailure(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const SmhiException& failure) {
-        return failure.what();
-    }
-    return "none";
-}
+// Each gives its result as text.
+const std::map<std::string, std::string (*)(SDT&)> kCommands = {
+    {"reset", [](SDT& sdt) { return sdt.resetTavo(), std::string(); }},
+    {"block", [](SDT& sdt) { return hex(sdt.getCalibrationData(kGyroscope)); }},
+    {"store",
+     [](SDT& sdt) {
+         return sdt.setCalibrationData(kGyroscope, {9, 8, 7}), std::string();
+     }},
+    {"list",
+     [](SDT& sdt) {
+         std::string text;
+         for (const LUID& luid : sdt.enumerateSensors()) {
+             text += luidText(luid) + " ";
+         }
+         return text;
+     }},
+    {"form", [](SDT& sdt) { return std::to_string(sdt.getFormFactor()); }},
+    {"hinge", [](SDT& sdt) { return std::to_string(sdt.getHinge()); }},
+    {"interval", [](SDT& sdt) { return std::to_string(sdt.getMinReportInterval(kGyroscope)); }},
+    {"stop", [](SDT& sdt) { return sdt.stopSampling({kTwoSensors[1]}), std::string(); }}};
 
 class SDTTest : public testing::Test {
   protected:
-    void expectOnlyRequest(const Bytes& request) {
-        EXPECT_EQ(kelu->written(), std::vector<Bytes>{request});
+    // What comes of a command with that answer, over a channel that was never used.
+    std::string outcome(const std::string& command, const Bytes& answer) {
+        renew();
+        kelu->say(answer);
+        std::string result;
+        const std::string failure =
+            messageOf<SmhiException>([&] { result = kCommands.at(command)(sdt); });
         EXPECT_EQ(kelu->connects, 1);
-        EXPECT_FALSE(kelu->connected);
+        EXPECT_EQ(kelu->closes, 1);
+        return failure == kNoFailure ? result : failure;
+    }
+    void renew() {
+        kelu = std::make_shared<FakeKelu>();
+        sdt = SDT([this] { return kelu; });
+    }
+    // One behind the other.
+    std::string written() const {
+        std::string requests;
+        for (const Bytes& request : kelu->written()) {
+            requests += hex(request) + "\n";
+        }
+        return requests;
     }
 
     std::shared_ptr<FakeKelu> kelu = std::make_shared<FakeKelu>();
     SDT sdt{[this] { return kelu; }};
 };
 
-TEST_F(SDTTest, Reset) {
-    kelu->say(answer(2, 0));
-    sdt.resetTavo();
-    expectOnlyRequest({2, 0, 0, 0});
+// Command and request; its answer (what nobody reads is cc), the bytes that it needs, the result,
+// and the failure with # for the status.
+TEST_F(SDTTest, EveryCommandWithEveryDamage) {
+    for (const auto& [request, rest] : tableOfTest("firmware", kWords)) {
+        SCOPED_TRACE(request);
+        std::string answer, needed, result, text;
+        std::istringstream fields(rest);
+        std::getline(std::getline(std::getline(fields, answer, ';'), needed, ';'), result, ';') >>
+            std::ws;
+        std::getline(fields, text);
+        const std::string command = request.substr(0, request.find(' '));
+        const Bytes good = bytesOf(answer);
+        const auto failure = [&, told = text](int status) {
+            const bool invalid = command == "store" && status == 5;
+            return "SMHI Error: " + replaceAll(told, "#", std::to_string(status)) +
+                   (invalid ? " due to invalid parameter" : "");
+        };
+        for (std::size_t size = 0; size <= good.size(); ++size) {
+            const Bytes cut(good.begin(), good.begin() + static_cast<std::ptrdiff_t>(size));
+            EXPECT_EQ(outcome(command, cut), size < std::stoul(needed) ? failure(0) : result)
+                << size;
+            EXPECT_EQ(command + " " + written(), request + "\n");
+        }
+        for (const auto& [at, byte, status] : std::vector<std::array<int, 3>>{
+                 {3, 1, 1}, {3, 5, 5}, {3, 255, 255}, {0, good[0] & 0x7F, 0}, {0, 0x8F, 0}}) {
+            Bytes damaged = good;
+            damaged[static_cast<std::size_t>(at)] = static_cast<std::uint8_t>(byte);
+            EXPECT_EQ(outcome(command, damaged), failure(status)) << at << " " << byte;
+        }
+    }
 }
 
-TEST_F(SDTTest, CalibrationBlockIsRead) {
-    const Bytes block = {9, 8, 7};
-    kelu->say(with(answer(4, 0, 30), 22, Bytes{3, 0} + block));
-    EXPECT_EQ(sdt.getCalibrationData(kGyroscope), block);
-    expectOnlyRequest(Bytes{4, 0, 0, 0} + kGyroscopeBytes + Bytes{0, 0});
+TEST_F(SDTTest, CountsThatReachPastTheMessage) {
+    for (const auto& [given, failure] : tableOfTest("firmware", kWords)) {
+        const std::size_t blank = given.find(' ');
+        EXPECT_EQ(outcome(given.substr(0, blank), bytesOf(given.substr(blank))),
+                  "SMHI Error: " + failure)
+            << given;
+    }
 }
 
-TEST_F(SDTTest, EmptyCalibrationBlockIsRead) {
-    kelu->say(with(answer(4, 0, 24), 22, {0, 0}));
-    EXPECT_TRUE(sdt.getCalibrationData(kGyroscope).empty());
-}
-
-TEST_F(SDTTest, CalibrationBlockIsWritten) {
-    kelu->say(answer(5, 0));
-    Bytes block(0x0102, 0x5A);
-    sdt.setCalibrationData(kGyroscope, block);
-    expectOnlyRequest(Bytes{5, 0, 0, 0} + kGyroscopeBytes + Bytes{0, 0, 0, 0, 0x12, 0x01, 0, 0} +
-                      kGyroscopeBytes + Bytes{0x06, 0x01, 0x00, 0x01, 0x02, 0x00, 0x02, 0x01} +
-                      block);
-}
-
-TEST_F(SDTTest, EmptyBlockSendsNothingAndAnEndlessOneFails) {
+TEST_F(SDTTest, SizesOfABlock) {
     sdt.setCalibrationData(kGyroscope, {});
-    EXPECT_EQ(smhiFailure([this] { sdt.setCalibrationData(kGyroscope, Bytes(65532)); }),
+    EXPECT_EQ(messageOf<SmhiException>([&] { sdt.setCalibrationData(kGyroscope, Bytes(65532)); }),
               "SMHI Error: Set calibration data command failed due to invalid parameter");
     EXPECT_EQ(kelu->connects, 0);
-    kelu->say(answer(5, 0));
+    kelu->say({0x85, 0, 0, 0});
     sdt.setCalibrationData(kGyroscope, Bytes(65531));
     EXPECT_EQ(kelu->written().at(0).size(), 65567U);
+    EXPECT_EQ(written().substr(32, 8) + written().substr(56, 16), "0b000100ffff00010200fbff");
 }
 
-TEST_F(SDTTest, SensorListIsWalkedGroupByGroup) {
-    const Bytes skipped(11, 0xCC);
-    const Bytes other = {0x73, 0x00, 0, 0, 0, 0, 0, 1};
-    const Bytes header = {0x84, 0, 0, 0, 0xCC, 0xCC, 0xCC, 0xCC, 3, 0xCC};
-    kelu->say(header + skipped + Bytes{2} + kGyroscopeBytes + other + skipped + Bytes{0} + skipped +
-              Bytes{1} + other + Bytes{0xCC});
-    const LUID accelerometer = {0x0073, 0, 0, 0, kDynamicFlag};
-    EXPECT_EQ(sdt.enumerateSensors(),
-              (std::vector<LUID>{kGyroscope, accelerometer, accelerometer}));
-    expectOnlyRequest(Bytes{4, 0, 0, 0} + Bytes(8, 0) + Bytes{0x00, 0x02});
-}
-
-TEST_F(SDTTest, EmptySensorList) {
-    kelu->say(with(answer(4, 0, 9), 8, {0}));
-    EXPECT_TRUE(sdt.enumerateSensors().empty());
-}
-
-TEST_F(SDTTest, DeviceSettings) {
-    const Bytes pdtRequest = Bytes{4, 0, 0, 0} + Bytes(8, 0) + Bytes{0x00, 0x04};
-    const Bytes pdt = with(with(answer(4, 0, 14), 9, {3}), 13, {2});
-    kelu->say(pdt);
-    EXPECT_EQ(sdt.getFormFactor(), 3);
-    expectOnlyRequest(pdtRequest);
-    kelu->say(pdt);
-    EXPECT_EQ(sdt.getHinge(), 2);
-    EXPECT_EQ(kelu->written(), (std::vector<Bytes>{pdtRequest, pdtRequest}));
-}
-
-TEST_F(SDTTest, MinimumReportIntervalIsRoundedDown) {
-    kelu->say(with(answer(9, 0, 12), 8, {0xCF, 0x07, 0, 0}));  // 1999 microseconds
-    EXPECT_EQ(sdt.getMinReportInterval(kGyroscope), 1U);
-    expectOnlyRequest(Bytes{9, 0, 0, 0} + kGyroscopeBytes + Bytes{0x04, 0x03});
-}
-
-const std::vector<SampledSensor> kTwoSensors = {{{0x0073, 0, 0, 0, 2}, "Accelerometer"},
-                                                {kGyroscope, "Gyroscope_2"}};
-
+// Interval and sensitivity; both as they travel.
 TEST_F(SDTTest, SamplingStartsSensorBySensor) {
-    for (int i = 0; i < 6; ++i) {
-        kelu->say(answer(10, 0));
+    for (const auto& [given, sent] : tableOfTest("firmware")) {
+        renew();
+        kelu->onWrite = [this](const Bytes&) { kelu->say({0x8A, 0, 0, 0}); };
+        sdt.startSampling(kTwoSensors, static_cast<std::uint32_t>(std::stoul(given)),
+                          std::stod(given.substr(given.find(' '))));
+        EXPECT_EQ(kelu->connects, 1);
+        EXPECT_EQ(kelu->closes, 1);
+        std::string expected;
+        for (const std::string luid : {"7300000000000002", "76003412cdab0102"}) {
+            expected += "0a000000" + luid + "0e030400" + sent.substr(0, 8) + "\n0a000000" + luid +
+                        "1603010002\n0a000000" + luid + "0f030400" + sent.substr(9) + "\n";
+        }
+        EXPECT_EQ(written(), expected) << given;
     }
-    sdt.startSampling(kTwoSensors, 10, 2.9);
-    const Bytes head = Bytes{10, 0, 0, 0} + kGyroscopeBytes;
-    const auto written = kelu->written();
-    ASSERT_EQ(written.size(), 6U);
-    EXPECT_EQ(written[0],
-              (Bytes{10, 0, 0, 0, 0x73, 0, 0, 0, 0, 0, 0, 2, 0x0E, 3, 4, 0, 0x10, 0x27, 0, 0}));
-    EXPECT_EQ(written[3], head + (Bytes{0x0E, 0x03, 4, 0, 0x10, 0x27, 0, 0}));
-    EXPECT_EQ(written[4], head + (Bytes{0x16, 0x03, 1, 0, 2}));
-    EXPECT_EQ(written[5], head + (Bytes{0x0F, 0x03, 4, 0, 2, 0, 0, 0}));
-    EXPECT_EQ(kelu->connects, 1);
-    EXPECT_FALSE(kelu->connected);
-}
-
-TEST_F(SDTTest, NumbersBeyondTheWireBecomeTheNearest) {
-    const Bytes largest = {0xFF, 0xFF, 0xFF, 0xFF};
-    const struct {
-        std::uint32_t interval;
-        double sensitivity;
-        Bytes intervalBytes, sensitivityBytes;
-    } cases[] = {
-        {4294967, -1.0, {0xD8, 0xFE, 0xFF, 0xFF}, Bytes(4, 0)},
-        {4294968, std::nan(""), largest, Bytes(4, 0)},
-        {std::numeric_limits<std::uint32_t>::max(), 1e30, largest, largest},
-    };
-    for (const auto& item : cases) {
-        kelu = std::make_shared<FakeKelu>();
-        sdt = SDT([this] { return kelu; });
-        kelu->onWrite = [this](const Bytes&) { kelu->say(answer(10, 0)); };
-        sdt.startSampling({{kGyroscope, ""}}, item.interval, item.sensitivity);
-        const auto written = kelu->written();
-        ASSERT_EQ(written.size(), 3U);
-        EXPECT_EQ(Bytes(written[0].end() - 4, written[0].end()), item.intervalBytes);
-        EXPECT_EQ(Bytes(written[2].end() - 4, written[2].end()), item.sensitivityBytes);
-    }
-}
-
-TEST_F(SDTTest, SamplingStops) {
-    kelu->say(answer(10, 0));
-    kelu->say(answer(10, 0));
-    sdt.stopSampling(kTwoSensors);
-    const auto written = kelu->written();
-    ASSERT_EQ(written.size(), 2U);
-    EXPECT_EQ(written[1], Bytes({10, 0, 0, 0}) + kGyroscopeBytes + Bytes({0x16, 0x03, 1, 0, 1}));
-    EXPECT_FALSE(kelu->connected);
 }
 
 TEST_F(SDTTest, SamplingFailureNamesTheSensor) {
-    for (const bool transportFails : {false, true}) {
-        kelu = std::make_shared<FakeKelu>();
-        sdt = SDT([this] { return kelu; });
-        for (int i = 0; i < 4; ++i) {
-            kelu->say(answer(10, 0));
-        }
-        if (!transportFails) {
-            kelu->say(answer(10, 1));
-        }
-        try {
-            sdt.startSampling(kTwoSensors, 10, 0.0);
-            ADD_FAILURE();
-        } catch (const CalibrationException& failure) {
-            EXPECT_STREQ(failure.what(), "Failed to sample sensor Gyroscope_2");
-        }
+    for (const bool refused : {false, true}) {
+        renew();
+        kelu->onWrite = [&](const Bytes&) {
+            const bool last = kelu->written().size() == 5;
+            last && !refused ? kelu->fail("Failed") : kelu->say({0x8A, 0, 0, last});
+        };
+        EXPECT_EQ(messageOf<CalibrationException>([&] { sdt.startSampling(kTwoSensors, 1, 0.0); }),
+                  "Failed to sample sensor Gyroscope_2");
         EXPECT_EQ(kelu->written().size(), 5U);
-        EXPECT_EQ(kelu->connected, transportFails);
+        EXPECT_EQ(kelu->connected, !refused);
     }
 }
 
-TEST_F(SDTTest, ChannelFailurePassesThrough) {
-    kelu->fail("Failed to read from device");
-    EXPECT_EQ(smhiFailure([this] { sdt.resetTavo(); }), "SMHI Error: Failed to read from device");
-    EXPECT_TRUE(kelu->connected);
-    kelu->connectFailure = "Failed to enumerate device interfaces";
-    EXPECT_EQ(smhiFailure([this] { sdt.startSampling(kTwoSensors, 10, 0.0); }),
-              "SMHI Error: Failed to enumerate device interfaces");
-}
-
-// Every command: a good answer, and the failure's text for a status and for a damaged answer.
-struct CommandCase {
-    const char* name;
-    std::function<void(SDT&)> run;
-    Bytes good;
-    std::size_t needed;  // shortest length of the good answer that is enough
-    std::string failure, failureStatus5;
-};
-
-std::vector<CommandCase> commandCases() {
-    const std::string pdt = "SMHI Error: Set PDT command  failed, status: ";
-    const std::string set = "SMHI Error: Set calibration data command failed";
-    const std::string get = "SMHI Error: Get calibration data command failed";
-    const std::string list = "SMHI Error: Enumerate sensors command failed";
-    const std::string sampling = "SMHI Error: Set sampling configuration data command failed";
-    const std::string reset = "SMHI Error: Reset Tavo command failed";
-    const Bytes listAnswer = with(with(with(answer(4, 0, 50), 8, {2}), 21, {1}), 10 + 20 + 11, {1});
-    return {
-        {"reset", [](SDT& s) { s.resetTavo(); }, answer(2, 0), 4, reset, reset},
-        {"get", [](SDT& s) { s.getCalibrationData(kGyroscope); },
-         with(answer(4, 0, 40), 22, {10, 0}), 34, get, get},
-        {"set", [](SDT& s) { s.setCalibrationData(kGyroscope, {1}); }, answer(5, 0), 4, set,
-         set + " due to invalid parameter"},
-        {"list", [](SDT& s) { s.enumerateSensors(); }, listAnswer, 50, list, list},
-        {"formFactor", [](SDT& s) { s.getFormFactor(); }, answer(4, 0, 14), 10, pdt + "0",
-         pdt + "5"},
-        {"hinge", [](SDT& s) { s.getHinge(); }, answer(4, 0, 14), 14, pdt + "0", pdt + "5"},
-        {"interval", [](SDT& s) { s.getMinReportInterval(kGyroscope); }, answer(9, 0, 12), 12,
-         pdt + "0", pdt + "5"},
-        {"stop",
-         [](SDT& s) {
-             s.stopSampling({{kGyroscope, ""}});
-         },
-         answer(10, 0), 4, sampling, sampling},
-    };
-}
-
-std::string outcome(const CommandCase& command, const Bytes& message) {
-    const auto kelu = std::make_shared<FakeKelu>();
-    SDT sdt([kelu] { return kelu; });
-    kelu->say(message);
-    const std::string failure = smhiFailure([&] { command.run(sdt); });
-    EXPECT_FALSE(kelu->connected);
-    EXPECT_EQ(kelu->closes, 1);
-    return failure;
-}
-
-TEST(SDTAnswerTest, CutAtEveryLength) {
-    for (const CommandCase& command : commandCases()) {
-        SCOPED_TRACE(command.name);
-        for (std::size_t size = 0; size <= command.good.size(); ++size) {
-            const Bytes cut(command.good.begin(),
-                            command.good.begin() + static_cast<std::ptrdiff_t>(size));
-            EXPECT_EQ(outcome(command, cut), size < command.needed ? command.failure : "none")
-                << size;
-        }
-    }
-}
-
-TEST(SDTAnswerTest, RefusedOrNotTheAnswer) {
-    for (const CommandCase& command : commandCases()) {
-        SCOPED_TRACE(command.name);
-        Bytes changed = with(command.good, 3, {5});
-        EXPECT_EQ(outcome(command, changed), command.failureStatus5);
-        changed = with(command.good, 0, {static_cast<std::uint8_t>(command.good[0] & 0x7F)});
-        EXPECT_EQ(outcome(command, changed), command.failure) << "no response";
-        changed = with(command.good, 0, {0x8F});
-        EXPECT_EQ(outcome(command, changed), command.failure) << "another command";
-    }
-}
-
-TEST(SDTAnswerTest, CountsThatReachPastTheMessage) {
-    const auto cases = commandCases();
-    const Bytes& block = cases[1].good;
-    for (const Bytes& length : {Bytes{17, 0}, Bytes{0, 1}, Bytes{0xFF, 0xFF}}) {
-        EXPECT_EQ(outcome(cases[1], with(block, 22, length)), cases[1].failure);
-    }
-    const Bytes& list = cases[3].good;
-    EXPECT_EQ(outcome(cases[3], with(list, 8, {3})), cases[3].failure) << "groups";
-    EXPECT_EQ(outcome(cases[3], with(list, 8, {255})), cases[3].failure) << "groups";
-    EXPECT_EQ(outcome(cases[3], with(list, 21, {255})), cases[3].failure) << "first group";
-    EXPECT_EQ(outcome(cases[3], with(list, 41, {2})), cases[3].failure) << "last group";
+TEST_F(SDTTest, ChannelFailurePassesThroughAndLeavesTheChannelOpen) {
+    kelu->fail("Failed");
+    EXPECT_EQ(messageOf<SmhiException>([&] { sdt.resetTavo(); }), "SMHI Error: Failed");
+    kelu->say({0x82, 0, 0, 0});
+    sdt.resetTavo();
+    EXPECT_EQ(kelu->connects, 1);
+    kelu->connectFailure = "No channel";
+    EXPECT_EQ(messageOf<SmhiException>([&] { sdt.startSampling(kTwoSensors, 10, 0.0); }),
+              "SMHI Error: No channel");
 }
 
 }  // namespace
-}  // namespace tavocal
+}  // namespace tavocal::test

@@ -2,48 +2,35 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
 #include <vector>
 
-namespace tavocal {
+namespace tavocal::test {
 namespace {
 
-TEST(FormFactor, NamesAndValuesBelongTogether) {
-    const std::vector<std::string> names = {"2IN1",   "KICKSTAND", "SWIVEL",
-                                            "TABLET", "CLAMSHELL", "MID"};
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        const auto value = static_cast<std::uint8_t>(i);
-        EXPECT_EQ(formFactorText(value), names[value]);
-        std::uint8_t parsed = 0xCC;
-        EXPECT_TRUE(formFactorFromText(names[value], parsed));
-        EXPECT_EQ(parsed, value);
+// Each name at the index of its value, nothing else known.
+void expectNames(const std::vector<std::string>& names, std::string (*textOf)(std::uint8_t),
+                 bool (*fromText)(const std::string&, std::uint8_t&)) {
+    for (int value = 0; value < 256; ++value) {
+        const auto index = static_cast<std::size_t>(value);
+        EXPECT_EQ(textOf(static_cast<std::uint8_t>(value)),
+                  index < names.size() ? names[index] : "");
     }
-    EXPECT_EQ(formFactorText(static_cast<std::uint8_t>(FormFactor::clamshell)), "CLAMSHELL");
-}
-
-TEST(Hinge, NamesAndValuesBelongTogether) {
-    const std::vector<std::string> names = {"BOTTOM", "TOP", "LEFT", "RIGHT"};
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        const auto value = static_cast<std::uint8_t>(i);
-        EXPECT_EQ(hingeText(value), names[value]);
-        std::uint8_t parsed = 0xCC;
-        EXPECT_TRUE(hingeFromText(names[value], parsed));
-        EXPECT_EQ(parsed, value);
-    }
-}
-
-TEST(FormFactor, UnknownNamesLeaveTheValueAndUnknownValuesHaveNoName) {
+    std::uint8_t value = 0xCC;
     for (const std::string text : {"", "2in1", "TABLET ", "MI", "BOTTOMS", "top"}) {
-        std::uint8_t value = 0xCC;
-        EXPECT_FALSE(formFactorFromText(text, value)) << text;
-        EXPECT_FALSE(hingeFromText(text, value)) << text;
+        EXPECT_FALSE(fromText(text, value)) << text;
         EXPECT_EQ(value, 0xCC) << text;
     }
-    EXPECT_EQ(formFactorText(6), "");
-    EXPECT_EQ(formFactorText(255), "");
-    EXPECT_EQ(hingeText(4), "");
-    EXPECT_EQ(hingeText(255), "");
+    for (std::size_t index = 0; index < names.size(); ++index) {
+        EXPECT_TRUE(fromText(names[index], value));
+        EXPECT_EQ(value, index);
+    }
+}
+
+TEST(FormFactorTest, NamesAndValuesBelongTogether) {
+    expectNames({"2IN1", "KICKSTAND", "SWIVEL", "TABLET", "CLAMSHELL", "MID"}, formFactorText,
+                formFactorFromText);
+    expectNames({"BOTTOM", "TOP", "LEFT", "RIGHT"}, hingeText, hingeFromText);
 }
 
 }  // namespace
-}  // namespace tavocal
+}  // namespace tavocal::test

@@ -2,155 +2,120 @@
 
 #include <gtest/gtest.h>
 
-#include <climits>
-#include <cmath>
 #include <filesystem>
-#include <string>
+#include <iomanip>
+#include <sstream>
+#include <variant>
+#include <vector>
 
 #include "base/Failures.h"
 #include "platform/Console.h"
 #include "platform/Files.h"
+#include "support/MessageOf.h"
+#include "support/TextTable.h"
 #include "support/WorkingFolder.h"
 
-namespace tavocal {
+namespace tavocal::test {
 namespace {
+
+using Config = TestingConfig;
+
+struct Key {
+    std::string name;
+    std::variant<double Config::*, int Config::*> field;
+    double standard;
+
+    double in(const Config& config) const {
+        return std::visit([&](auto member) { return static_cast<double>(config.*member); }, field);
+    }
+};
+
+const std::vector<Key> kKeys = {
+    {"rotation_agreement_degrees_acc", &Config::rotation_agreement_degrees_acc, 5.0},
+    {"gyr_threshold_motionless_DPS", &Config::gyr_threshold_motionless_DPS, 100.0},
+    {"gyr_threshold_motion_DPS", &Config::gyr_threshold_motion_DPS, 15.0},
+    {"acc_Threshold_G0", &Config::acc_Threshold_G0, 0.1},
+    {"max_time_gap_ms", &Config::max_time_gap_ms, 100},
+    {"max_frequency_diff_Hz", &Config::max_frequency_diff_Hz, 10},
+    {"max_interval_std_ms", &Config::max_interval_std_ms, 10},
+    {"mag_Threshold_Noise", &Config::mag_Threshold_Noise, 15.0},
+    {"mag_Threshold_angles", &Config::mag_Threshold_angles, 15.0},
+    {"mag_Static_Threshold", &Config::mag_Static_Threshold, 70.0},
+    {"mag_scale_Thershold", &Config::mag_scale_Thershold, 0.15},
+    {"rotation_agreement_degrees_mag", &Config::rotation_agreement_degrees_mag, 15.0},
+    {"gyr_MaxNoise_DPS", &Config::gyr_MaxNoise_DPS, 0.5},
+    {"acc_MaxNoise_G0", &Config::acc_MaxNoise_G0, 0.04},
+    {"gyr_MaxSpike_DPS", &Config::gyr_MaxSpike_DPS, 50.0},
+    {"acc_MaxSpike_G0", &Config::acc_MaxSpike_G0, 0.5},
+    {"max_spikes_allowed", &Config::max_spikes_allowed, 3},
+    {"hand_held_motionless_factor", &Config::hand_held_motionless_factor, 3.0},
+};
 
 // Runs in a folder of its own, where the file would stand.
 class TestingConfigTest : public testing::Test {
   protected:
-    static TestingConfig loaded(const std::string& text) {
-        EXPECT_EQ(platform::writeFile("TestingConfig.xml", text), "");
-        TestingConfig config;
-        loadTestingConfig(config);
+    // What the file leaves of the defaults; the console shows `screen`.
+    Config loaded() {
+        Config config;
+        testing::internal::CaptureStdout();
+        failure = messageOf<CalibrationException>([&] { loadTestingConfig(config); });
+        platform::Console::instance().flush();
+        screen = testing::internal::GetCapturedStdout();
         return config;
     }
-
-    static TestingConfig loadedWith(const std::string& children) {
-        return loaded("<TestingConfig>" + children + "</TestingConfig>");
+    Config loaded(const std::string& text) {
+        EXPECT_EQ(platform::writeFile("TestingConfig.xml", text), "");
+        return loaded();
     }
-
-    static void expectDefaults(const TestingConfig& config) {
-        EXPECT_EQ(config.acc_Threshold_G0, 0.1);
-        EXPECT_EQ(config.max_spikes_allowed, 3);
+    Config loaded(const std::string& name, const std::string& value) {
+        return loaded("\xEF\xBB\xBF<?xml version=\"1.0\"?>\r\n<TESTINGCONFIG><!-- a --><b>1</b><" +
+                      name + ">" + value + "</" + name + "></TESTINGCONFIG>");
+    }
+    // Each key at its default, but for the changed one.
+    static void expectDefaults(const Config& config, const std::string& changed = "") {
+        for (const Key& key : kKeys) {
+            EXPECT_TRUE(key.name == changed || key.in(config) == key.standard) << key.name;
+        }
     }
 
     const WorkingFolder folder;
+    std::string failure, screen;
 };
 
-TEST_F(TestingConfigTest, HoldsDefaultsWithoutFile) {
-    TestingConfig config;
-    loadTestingConfig(config);
-    expectDefaults(config);
+TEST_F(TestingConfigTest, EachKeyChangesItsFieldAlone) {
+    double value = 200;
+    for (const Key& key : kKeys) {
+        SCOPED_TRACE(key.name);
+        const Config config = loaded(key.name, std::to_string(++value));
+        EXPECT_EQ(key.in(config), value);
+        expectDefaults(config, key.name);
+    }
+    EXPECT_EQ(loaded("ACC_threshold_g0", "4.5").acc_Threshold_G0, 4.5);
     EXPECT_EQ(&testingConfig(), &testingConfig());
 }
 
-TEST_F(TestingConfigTest, ReadsEachKeyIntoItsField) {
-    const TestingConfig config = loaded(
-        "\xEF\xBB\xBF<?xml version=\"1.0\"?>\r\n<TESTINGCONFIG>\r\n"
-        "<rotation_agreement_degrees_acc>1.5</rotation_agreement_degrees_acc>"
-        "<gyr_threshold_motionless_DPS>2.5</gyr_threshold_motionless_DPS>"
-        "<gyr_threshold_motion_DPS>3.5</gyr_threshold_motion_DPS>"
-        "<ACC_threshold_g0>4.5</ACC_threshold_g0>"
-        "<max_time_gap_ms>5</max_time_gap_ms><max_frequency_diff_Hz>6</max_frequency_diff_Hz>"
-        "<max_interval_std_ms>7</max_interval_std_ms>"
-        "<mag_Threshold_Noise>8.5</mag_Threshold_Noise>"
-        "<mag_Threshold_angles>9.5</mag_Threshold_angles>"
-        "<mag_Static_Threshold>10.5</mag_Static_Threshold>"
-        "<mag_scale_Thershold>11.5</mag_scale_Thershold>"
-        "<rotation_agreement_degrees_mag>12.5</rotation_agreement_degrees_mag>"
-        "<gyr_MaxNoise_DPS>13.5</gyr_MaxNoise_DPS><acc_MaxNoise_G0>14.5</acc_MaxNoise_G0>"
-        "<gyr_MaxSpike_DPS>15.5</gyr_MaxSpike_DPS><acc_MaxSpike_G0>16.5</acc_MaxSpike_G0>"
-        "<!-- a note --><unknown>1</unknown><max_spikes_allowed>17</max_spikes_allowed>"
-        "<hand_held_motionless_factor>18.5</hand_held_motionless_factor></TESTINGCONFIG>");
-    EXPECT_EQ(config.rotation_agreement_degrees_acc, 1.5);
-    EXPECT_EQ(config.gyr_threshold_motionless_DPS, 2.5);
-    EXPECT_EQ(config.gyr_threshold_motion_DPS, 3.5);
-    EXPECT_EQ(config.acc_Threshold_G0, 4.5);
-    EXPECT_EQ(config.max_time_gap_ms, 5);
-    EXPECT_EQ(config.max_frequency_diff_Hz, 6);
-    EXPECT_EQ(config.max_interval_std_ms, 7);
-    EXPECT_EQ(config.mag_Threshold_Noise, 8.5);
-    EXPECT_EQ(config.mag_Threshold_angles, 9.5);
-    EXPECT_EQ(config.mag_Static_Threshold, 10.5);
-    EXPECT_EQ(config.mag_scale_Thershold, 11.5);
-    EXPECT_EQ(config.rotation_agreement_degrees_mag, 12.5);
-    EXPECT_EQ(config.gyr_MaxNoise_DPS, 13.5);
-    EXPECT_EQ(config.acc_MaxNoise_G0, 14.5);
-    EXPECT_EQ(config.gyr_MaxSpike_DPS, 15.5);
-    EXPECT_EQ(config.acc_MaxSpike_G0, 16.5);
-    EXPECT_EQ(config.max_spikes_allowed, 17);
-    EXPECT_EQ(config.hand_held_motionless_factor, 18.5);
-}
-
 TEST_F(TestingConfigTest, ConvertsThroughSinglePrecision) {
-    struct Case {
-        const char* text;
-        double value;
-        int count;
-    };
-    constexpr double kInfinity = std::numeric_limits<double>::infinity();
-    for (const Case& c :
-         {Case{"0.1", static_cast<double>(0.1F), 0}, Case{"4.9", 4.9F, 4}, Case{"-4.9", -4.9F, -4},
-          Case{" \n5 ms", 5.0, 5}, Case{"abc", 0.0, 0}, Case{"", 0.0, 0}, Case{"1e3", 1000.0, 1000},
-          Case{"\xE2\x82\xAC", 0.0, 0}, Case{"2147483647", 2147483648.0, INT_MAX},
-          Case{"2147483520", 2147483520.0, 2147483520}, Case{"-2147483648", -2147483648.0, INT_MIN},
-          Case{"1e30", static_cast<double>(1e30F), INT_MAX}, Case{"1e99", kInfinity, INT_MAX},
-          Case{"-inf", -kInfinity, INT_MIN}}) {
-        const std::string text = c.text;
-        const TestingConfig config =
-            loadedWith("<acc_Threshold_G0>" + text + "</acc_Threshold_G0><max_spikes_allowed>" +
-                       text + "</max_spikes_allowed>");
-        EXPECT_EQ(config.acc_Threshold_G0, c.value) << text;
-        EXPECT_EQ(config.max_spikes_allowed, c.count) << text;
+    for (const auto& [written, fields] : tableOfTest("formats")) {
+        const double value = loaded("acc_Threshold_G0", written).acc_Threshold_G0;
+        const int count = loaded("max_spikes_allowed", written).max_spikes_allowed;
+        std::ostringstream read;
+        read << std::setprecision(16) << value << ' ' << count;
+        EXPECT_EQ(read.str(), fields) << written;
     }
 }
 
-TEST_F(TestingConfigTest, TakesNotANumber) {
-    const TestingConfig config = loadedWith(
-        "<acc_Threshold_G0>nan</acc_Threshold_G0><max_spikes_allowed>nan</max_spikes_allowed>");
-    EXPECT_TRUE(std::isnan(config.acc_Threshold_G0));
-    EXPECT_EQ(config.max_spikes_allowed, 0);
-}
-
-TEST_F(TestingConfigTest, KeepsDefaultsIfFileIsMalformed) {
-    const std::string key = "<max_spikes_allowed>5</max_spikes_allowed>";
-    for (const std::string& text :
-         {"<TestingConfig>" + key + "<1/></TestingConfig>", "<TestingConfig>" + key + "</Other>",
-          "<TestingConfig>" + key + "<![CDATA[x]]></TestingConfig>",
-          "<TestingConfig x='&#ABC;'>" + key + "</TestingConfig>",
-          "<TestingConfig>" + key + "\xFF</TestingConfig>",
-          // NOLINTNEXTLINE(bugprone-string-constructor): the length is the point
-          "<TestingConfig>" + key + std::string(20'000'000, ' ') + "</TestingConfig>"}) {
-        testing::internal::CaptureStdout();
-        const TestingConfig config = loaded(text);
-        platform::Console::instance().flush();
-        EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
-        expectDefaults(config);
+TEST_F(TestingConfigTest, WithoutAGoodFileNothingChanges) {
+    expectDefaults(loaded());
+    for (const auto& [text, expected] : tableOfTest("formats", {{"BAD", "\xFF"}})) {
+        expectDefaults(loaded(text));
+        EXPECT_EQ(failure, expected) << text;
+        EXPECT_EQ(screen, expected == kNoFailure ? "" : expected + "\n") << text;
     }
-}
-
-TEST_F(TestingConfigTest, KeepsDefaultsIfFileIsFolder) {
+    std::filesystem::remove("TestingConfig.xml");
     std::filesystem::create_directory("TestingConfig.xml");
-    TestingConfig config;
-    loadTestingConfig(config);
-    expectDefaults(config);
-}
-
-TEST_F(TestingConfigTest, StopsWithoutRoot) {
-    for (const std::string& text :
-         {std::string(), std::string("<Other><TestingConfig/></Other>"), std::string(9, '\0')}) {
-        testing::internal::CaptureStdout();
-        std::string reason;
-        try {
-            loaded(text);
-        } catch (const CalibrationException& failure) {
-            reason = failure.what();
-        }
-        platform::Console::instance().flush();
-        EXPECT_EQ(testing::internal::GetCapturedStdout(), reason + "\n");
-        EXPECT_EQ(reason, "Failed to  get root node of TestingConfig");
-    }
+    expectDefaults(loaded());
+    EXPECT_EQ(failure + screen, kNoFailure);
 }
 
 }  // namespace
-}  // namespace tavocal
+}  // namespace tavocal::test

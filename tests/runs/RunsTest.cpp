@@ -18,7 +18,7 @@ namespace {
 
 std::vector<std::string> runNames() {
     std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(TAVOCAL_RUNS)) {
+    for (const auto& entry : std::filesystem::directory_iterator(TAVOCAL_TESTS "/runs")) {
         if (entry.path().extension() == ".txt") {
             names.push_back(entry.path().stem().string());
         }
@@ -37,7 +37,7 @@ class RunsTest : public ::testing::TestWithParam<std::string> {};
 }  // namespace
 
 TEST_P(RunsTest, ComesOutAsWritten) {
-    const std::string path = std::string(TAVOCAL_RUNS) + "/" + GetParam() + ".txt";
+    const std::string path = TAVOCAL_TESTS "/runs/" + GetParam() + ".txt";
     const std::string written = fileContent(path);
     const std::string played = RunTranscript(written).play();
     if (std::getenv("TAVOCAL_UPDATE_RUNS") != nullptr) {

@@ -17,11 +17,11 @@ inline std::vector<std::string> linesOf(std::string_view text) {
     return lines;
 }
 
-inline void replaceAll(std::string& text, std::string_view before, std::string_view after) {
-    for (std::size_t at = text.find(before); at != std::string::npos;
-         at = text.find(before, at + after.size())) {
-        text.replace(at, before.size(), after);
+inline std::string replaceAll(std::string text, std::string_view part, std::string_view with) {
+    for (std::size_t at = 0; (at = text.find(part, at)) != std::string::npos; at += with.size()) {
+        text.replace(at, part.size(), with);
     }
+    return text;
 }
 
 }  // namespace tavocal::test

@@ -67,8 +67,8 @@ bool holdsLimit(std::string_view line) {
 }
 
 std::string readable(std::string line) {
-    replaceAll(line, "\a", "<bell>");
-    replaceAll(line, "\r", "<CR>");
+    line = replaceAll(line, "\a", "<bell>");
+    line = replaceAll(line, "\r", "<CR>");
     return line;
 }
 

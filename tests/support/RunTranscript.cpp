@@ -39,7 +39,7 @@ Words wordsOf(const std::string& command) {
         }
     }
     for (std::string& word : words) {
-        replaceAll(word, "\\n", "\n");
+        word = replaceAll(word, "\\n", "\n");
     }
     return words;
 }
@@ -86,8 +86,8 @@ class Stage {
     }
 
     static std::string shown(ToolResult result) {
-        replaceAll(result.output, TAVOCAL_PROGRAM, "tavocal");
-        replaceAll(result.output, TAVOSIM_PROGRAM, "tavosim");
+        result.output = replaceAll(result.output, TAVOCAL_PROGRAM, "tavocal");
+        result.output = replaceAll(result.output, TAVOSIM_PROGRAM, "tavosim");
         return maskedScreen(result.output) + "exit status " + std::to_string(result.status) + "\n";
     }
 
@@ -105,7 +105,7 @@ class Stage {
             write(rest[0], lines);
         } else if (name == "replace") {
             std::string text = fileContent(path);
-            replaceAll(text, rest.at(1), rest.at(2));
+            text = replaceAll(text, rest.at(1), rest.at(2));
             folder.write(rest[0], text);
         } else if (name == "show") {
             return maskedScreen(fileContent(path));

@@ -1,28 +1,27 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <sstream>
+#include <cstdint>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
-#include "support/TempFolder.h"
-
 namespace tavocal::test {
 
-// The rows of a table that stands beside the tests, each parted at its "=> ".
-inline std::vector<std::pair<std::string, std::string>> rowsOf(const std::string& table) {
-    std::vector<std::pair<std::string, std::string>> rows;
-    std::istringstream lines(fileContent(TAVOCAL_TESTS "/" + table));
-    for (std::string line; std::getline(lines, line);) {
-        const std::size_t arrow = line.find("=> ");
-        if (arrow != std::string::npos) {
-            rows.emplace_back(line.substr(0, arrow), line.substr(arrow + 3));
-        }
-    }
-    EXPECT_FALSE(rows.empty()) << table;
-    return rows;
-}
+// What is given, and what comes of it.
+using TextTable = std::vector<std::pair<std::string, std::string>>;
+
+// The rows "given => expected" of a text file below tests; those behind the line `title`, up to the
+// next one that begins with "== ", if there is one. Lines without an arrow are comments.
+TextTable rowsOf(const std::string& path, const std::string& title = "");
+
+// The table of the test that runs: the rows behind the line "== TestName ==" of
+// "tests/folder/SuiteName.txt". "\n", "\r", "\t" and "\v" stand there as in C++, "|" marks where a
+// text ends or that there is none, and each word of `meanings`, in their order, stands for its
+// text.
+TextTable tableOfTest(const std::string& folder, const TextTable& meanings = {});
+
+// The bytes that hexadecimal digits tell; blanks don't count.
+std::vector<std::uint8_t> bytesOf(const std::string& hex);
 
 }  // namespace tavocal::test
