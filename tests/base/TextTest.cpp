@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <limits>
 
 namespace tavocal::test {
@@ -12,16 +11,12 @@ TEST(TextTest, FixedHasSixDigits) {
         double value;
         const char* text;
     } kRows[] = {
-        {0.0, "0.000000"},
         {-0.0, "-0.000000"},
-        {1.0, "1.000000"},
         {-12.3456784, "-12.345678"},
         {0.9999995, "1.000000"},
         {0.0000005, "0.000000"},    // the double lies just below the tie
         {1.0 / 128.0, "0.007812"},  // an exact tie goes to the even digit
-        {3.0 / 128.0, "0.023438"},
         {123456789.125, "123456789.125000"},
-        {1e22, "10000000000000000000000.000000"},
         {std::numeric_limits<double>::infinity(), "inf"},
         {-std::numeric_limits<double>::infinity(), "-inf"},
         {std::numeric_limits<double>::quiet_NaN(), "nan"},
@@ -30,16 +25,12 @@ TEST(TextTest, FixedHasSixDigits) {
     for (const auto& row : kRows) {
         EXPECT_EQ(fixedText(row.value), row.text);
     }
+    std::string text = "x=";
+    appendFixed(text, -0.25);
+    EXPECT_EQ(text, "x=-0.250000");
     const std::string longest = fixedText(std::numeric_limits<double>::lowest());
     EXPECT_EQ(longest.size(), 317U);
     EXPECT_EQ(longest.substr(0, 18), "-17976931348623157");
-}
-
-TEST(TextTest, AppendFixedKeepsWhatIsThere) {
-    std::string text = "x=";
-    appendFixed(text, -0.25);
-    appendFixed(text, std::nan(""));
-    EXPECT_EQ(text, "x=-0.250000nan");
 }
 
 TEST(TextTest, LowerCaseTouchesNothingButLetters) {
@@ -73,17 +64,18 @@ TEST(TextTest, Utf8AtTheBordersOfItsLengths) {
         {L"\xD800\xDC00", "\xF0\x90\x80\x80"},
         {L"\xDBFF\xDFFF", "\xF4\x8F\xBF\xBF"},
         {L"\U00010000", "\xF0\x90\x80\x80"},
+        {L"\xE000", "\xEE\x80\x80"},
+        // What is no character is replaced.
+        {L"\xD800", "\xEF\xBF\xBD"},
+        {L"\xD800x", "\xEF\xBF\xBDx"},
+        {L"\xDBFF\xE000", "\xEF\xBF\xBD\xEE\x80\x80"},
+        {L"\xDFFF\xD800", "\xEF\xBF\xBD\xEF\xBF\xBD"},
+        {{static_cast<wchar_t>(0x110000)}, "\xEF\xBF\xBD"},
+        {{static_cast<wchar_t>(0x10FFFF)}, "\xF4\x8F\xBF\xBF"},
     };
     for (const auto& row : kRows) {
         EXPECT_EQ(toUtf8(row.wide), row.utf8);
     }
-}
-
-TEST(TextTest, Utf8ReplacesWhatIsNoCharacter) {
-    const std::string replaced = "\xEF\xBF\xBD";
-    EXPECT_EQ(toUtf8(L"\xD800"), replaced);
-    EXPECT_EQ(toUtf8(L"\xD800x"), replaced + "x");
-    EXPECT_EQ(toUtf8(L"\xDC00\xD800"), replaced + replaced);
 }
 
 TEST(TextTest, HexHasTwoDigitsForEachByte) {
@@ -93,10 +85,8 @@ TEST(TextTest, HexHasTwoDigitsForEachByte) {
 }
 
 TEST(TextTest, PartsOfTexts) {
-    EXPECT_TRUE(startsWith("-x", "-"));
-    EXPECT_TRUE(startsWith("", ""));
-    EXPECT_FALSE(startsWith("", "-"));
-    EXPECT_FALSE(startsWith("x-", "-"));
+    EXPECT_TRUE(startsWith("-x", "-") && startsWith("", ""));
+    EXPECT_FALSE(startsWith("", "-") || startsWith("x-", "-"));
     EXPECT_TRUE(contains("Accelerometer_2", "_2"));
     EXPECT_FALSE(contains("Accelerometer2_", "_2"));
 }

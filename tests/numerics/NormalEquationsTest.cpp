@@ -5,28 +5,20 @@
 #include "numerics/MatrixInverse.h"
 #include "numerics/NumericsTesting.h"
 
-namespace tavocal {
-namespace {
-
-using test::RandomNumbers;
+namespace tavocal::test {
 
 // Bit for bit: whoever holds the whole system gets the same sums.
-TEST(NormalEquations, SumLikeTheProductsOfTheWholeMatrices) {
-    for (std::uint64_t seed = 1; seed <= 10; ++seed) {
-        for (const int unknowns : {3, 5, 9}) {
-            RandomNumbers random(seed);
-            const Matrix d = random.matrix(200, unknowns, 450.0);
-            const Vector b = random.vector(200, 450.0);
-            NormalEquations equations(unknowns);
-            for (int r = 0; r < d.rows(); ++r) {
-                equations.add(row(d, r), b[r]);
-            }
-            EXPECT_EQ(equations.gram(), gram(d)) << "seed " << seed;
-            EXPECT_EQ(equations.gram(), transpose(d) * d) << "seed " << seed;
-            EXPECT_EQ(equations.solve(), inverse(gram(d)) * (transpose(d) * b)) << "seed " << seed;
+TEST(NormalEquationsTest, SumLikeTheProductsOfTheWholeMatrices) {
+    forEachSeed([](RandomNumbers& random) {
+        const Matrix d = random.matrix(100, 9, 450.0);
+        const Vector b = random.vector(100, 450.0);
+        NormalEquations equations(9);
+        for (int r = 0; r < d.rows(); ++r) {
+            equations.add(row(d, r), b[r]);
         }
-    }
+        EXPECT_EQ(equations.gram(), transpose(d) * d);
+        EXPECT_EQ(equations.solve(), inverse(gram(d)) * (transpose(d) * b));
+    });
 }
 
-}  // namespace
-}  // namespace tavocal
+}  // namespace tavocal::test

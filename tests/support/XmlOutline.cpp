@@ -12,10 +12,10 @@ namespace {
 std::string attributesOf(const XmlElement& element) {
     std::string text;
     for (const auto& attribute : element.attributes()) {
-        text += text.empty() ? "" : " ";
+        text += text.empty() ? "[" : " ";
         text += toUtf8(attribute->name()) + "=" + toUtf8(attribute->value());
     }
-    return text.empty() ? text : "[" + text + "]";
+    return text.empty() ? text : text + "]";
 }
 
 std::string childrenOf(const XmlNode& node) {
@@ -26,30 +26,25 @@ std::string childrenOf(const XmlNode& node) {
     return text;
 }
 
-std::string elementOutline(const XmlElement& element) {
-    const std::string inner = childrenOf(element);
-    return toUtf8(element.name()) + attributesOf(element) +
-           (inner.empty() ? "" : "(" + inner + ")");
-}
-
 }  // namespace
 
 std::string outline(const XmlNode& node) {
+    const std::string name = toUtf8(node.name());
+    const std::string value = toUtf8(node.value());
+    const std::string inner = childrenOf(node);
     switch (node.nodeType()) {
         case XmlNodeType::Element:
-            return elementOutline(*node.asElement());
+            return name + attributesOf(*node.asElement()) +
+                   (inner.empty() ? "" : "(" + inner + ")");
         case XmlNodeType::Text:
-            return "'" + toUtf8(node.value()) + "'";
+            return "'" + value + "'";
         case XmlNodeType::Comment:
-            return "!" + toUtf8(node.value()) + "!";
+            return "!" + value + "!";
         case XmlNodeType::Declaration:
-            return "?" + toUtf8(node.name()) + "|" + toUtf8(node.value()) + "?";
-        case XmlNodeType::Document:
-            return childrenOf(node);
-        case XmlNodeType::Attribute:
-            break;
+            return "?" + name + "|" + value + "?";
+        default:
+            return inner;
     }
-    return "unexpected node";
 }
 
 std::string outlineOf(const std::string& text) {

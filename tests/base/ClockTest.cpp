@@ -1,0 +1,29 @@
+#include "base/Clock.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <ctime>
+
+namespace tavocal::test {
+
+TEST(ClockTest, DateIsTheLocalMinuteWithoutLeadingZeros) {
+    const std::string date = localDateText();
+    std::tm told{};
+    ASSERT_EQ(std::sscanf(date.c_str(), "%d-%d-%d. %d:%d", &told.tm_year, &told.tm_mon,
+                          &told.tm_mday, &told.tm_hour, &told.tm_min),
+              5);
+    std::string composed = std::to_string(told.tm_year);
+    const char* const ends[] = {"-", "-", ". ", ":"};
+    const int rest[] = {told.tm_mon, told.tm_mday, told.tm_hour, told.tm_min};
+    for (std::size_t i = 0; i < 4; ++i) {
+        composed += ends[i] + std::to_string(rest[i]);
+    }
+    EXPECT_EQ(date, composed);
+    told.tm_year -= 1900;
+    told.tm_mon -= 1;
+    told.tm_isdst = -1;
+    EXPECT_NEAR(std::difftime(std::time(nullptr), std::mktime(&told)), 30.0, 31.0) << date;
+}
+
+}  // namespace tavocal::test

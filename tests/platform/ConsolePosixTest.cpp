@@ -1,0 +1,38 @@
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "platform/Console.h"
+
+namespace tavocal::test {
+
+TEST(ConsolePosixTest, WritesInOrderNarrowAndWideAndWithoutColourToAFile) {
+    platform::Console& console = platform::Console::instance();
+    testing::internal::CaptureStdout();
+    console.write("a\xE4");
+    console.write(L"\u00E9\u20AC");
+    console.writeColoured(platform::kLightRed, "red");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "a\xE4\xC3\xA9\xE2\x82\xACred");
+}
+
+TEST(ConsolePosixTest, ReadsLinesToTheEnd) {
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    const int before = dup(STDIN_FILENO);
+    dup2(ends[0], STDIN_FILENO);
+    const std::string typed = "one\r\n\ntwo\rthree\nlast";
+    EXPECT_EQ(write(ends[1], typed.data(), typed.size()), static_cast<ssize_t>(typed.size()));
+    close(ends[1]);
+    platform::Console& console = platform::Console::instance();
+    std::string line;
+    for (const char* expected : {"one", "", "two\rthree", "last"}) {
+        EXPECT_TRUE(console.readLine(line));
+        EXPECT_EQ(line, expected);
+    }
+    EXPECT_FALSE(console.readLine(line));
+    EXPECT_EQ(line, "");
+    dup2(before, STDIN_FILENO);
+    close(before);
+    close(ends[0]);
+}
+
+}  // namespace tavocal::test
