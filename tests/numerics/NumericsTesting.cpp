@@ -26,11 +26,7 @@ Matrix RandomNumbers::matrix(int rows, int cols, double magnitude) {
 }
 
 Vector RandomNumbers::unitVector() {
-    Vector v = vector(3);
-    while (norm(v) < 0.1) {
-        v = vector(3);
-    }
-    return normalized(v);
+    return normalized(vector(3));
 }
 
 Matrix rotationMatrix(const Vector& v) {

@@ -20,20 +20,14 @@ TEST(VectorTest, IsAValueOfAnySize) {
     for (const int size : kSizes) {
         EXPECT_EQ(sumOfSquares(Vector(size)), 0.0);
         const Vector expected = RandomNumbers(1).vector(size);
-        Vector original = expected;
-        Vector copy(original);
-        original += expected;
-        Vector& same = copy;
-        copy = same;
-        copy = std::move(same);
-        EXPECT_EQ(copy, expected) << size;
-        const Vector moved(std::move(copy));
-        copy = moved;  // a moved-from vector can be given a new value
         for (const int other : kSizes) {
-            Vector assigned(other);
-            assigned = copy;
-            Vector taken(other);
-            taken = std::move(assigned);
+            Vector taken(expected);
+            Vector& same = taken;
+            taken = same;
+            taken = std::move(same);
+            const Vector moved(std::move(taken));
+            taken = Vector(other);
+            taken = moved;
             EXPECT_EQ(taken, expected) << other << " from " << size;
             EXPECT_EQ(taken == RandomNumbers(1).vector(other), other == size);
         }

@@ -40,7 +40,7 @@ TEST(FilesPosixTest, FileKeepsItsContentWhenTheNewOneDoesNotFit) {
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1);
 }
 
-TEST(FilesPosixTest, LinksAndDevicesAreWrittenInPlace) {
+TEST(FilesPosixTest, WhatIsNoPlainFileIsWrittenInPlaceAndReadToItsEnd) {
     const TempFolder folder;
     const std::string path = folder.write("file.xml", "old");
     std::filesystem::create_symlink(path, folder.path("link.xml"));
@@ -48,12 +48,8 @@ TEST(FilesPosixTest, LinksAndDevicesAreWrittenInPlace) {
     EXPECT_EQ(fileContent(path), "new");
     EXPECT_TRUE(std::filesystem::is_symlink(folder.path("link.xml")));
     EXPECT_EQ(platform::writeFile("\\dev\\full", "x"), "No space left on device");
-}
-
-// Such a file says that it is empty.
-TEST(FilesPosixTest, FilesOfUnknownSizeAreReadToTheirEnd) {
     std::string content;
-    EXPECT_TRUE(platform::readFile("/proc/self/maps", content));
+    EXPECT_TRUE(platform::readFile("/proc/self/maps", content));  // says that it is empty
     EXPECT_GT(content.size(), 1000U);
     EXPECT_EQ(content.back(), '\n');
 }

@@ -15,8 +15,7 @@ namespace tavocal::test {
 namespace {
 
 bool nobodyHasDeviceRights() {
-    constexpr uid_t kNobody = 65534;
-    EXPECT_EQ(seteuid(kNobody), 0);
+    EXPECT_EQ(seteuid(65534), 0);
     const bool result = platform::hasDeviceRights();
     EXPECT_EQ(seteuid(0), 0);
     return result;
@@ -28,8 +27,7 @@ void makeSocket(const char* name) {
     address.sun_family = AF_UNIX;
     std::strcpy(address.sun_path, name);
     const int socket = ::socket(AF_UNIX, SOCK_SEQPACKET, 0);
-    const void* const any = &address;
-    ASSERT_EQ(::bind(socket, static_cast<const sockaddr*>(any), sizeof(address)), 0);
+    ASSERT_EQ(::bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
     ::close(socket);
 }
 
