@@ -9,32 +9,25 @@
 
 namespace tavocal::test {
 
-namespace {
-
-const Bytes kBytes = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 0xFE, 0xFF, 0xFF, 0xFF, 0};
-
-}  // namespace
-
 TEST(BytesTest, ByteOrderIsLittleEndian) {
+    const Bytes bytes = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 254, 255, 255, 255, 0};
     ByteWriter writer;
     writer.u8(0x01).u16(0x0302).u32(0x07060504).u64(0x0F0E0D0C0B0A0908).i32(-2).zeros(1);
     EXPECT_EQ(writer.size(), 20U);
-    EXPECT_EQ(writer.take(), kBytes);
+    EXPECT_EQ(writer.take(), bytes);
     EXPECT_EQ(writer.append(Bytes{7, 8}).take(), (Bytes{7, 8}));
 
-    const ByteReader reader(kBytes);
+    const ByteReader reader(bytes);
     EXPECT_EQ(reader.u8(0), 0x01);
     EXPECT_EQ(reader.u16(1), 0x0302);
     EXPECT_EQ(reader.u32(3), 0x07060504U);
     EXPECT_EQ(reader.u64(7), 0x0F0E0D0C0B0A0908U);
     EXPECT_EQ(reader.i32(15), -2);
     EXPECT_EQ(reader.size(), 20U);
-}
 
-TEST(BytesTest, VectorsHoldTheSameOrder) {
-    EXPECT_EQ(readU16(kBytes, 1), 0x0302);
-    EXPECT_EQ(readI16(kBytes, 15), -2);
-    EXPECT_EQ(readI32(kBytes, 15), -2);
+    EXPECT_EQ(readI16(bytes, 15), -2);
+    EXPECT_EQ(readI32(bytes, 15), -2);
+    EXPECT_EQ(readU64(bytes, 7), 0x0F0E0D0C0B0A0908U);
     Bytes written(8, 9);
     writeU16(written, 1, 0xF102);
     writeU32(written, 4, 0xF4030201);

@@ -10,8 +10,8 @@ TEST(ClampedEigenvaluesTest, FindsTheValuesThatTheMatrixWasMadeOf) {
     forEachSeed([&](RandomNumbers& random) {
         const Matrix basis = rotationMatrix(random.vector(3, 3.0));
         for (const double scale : {1e-5, 1.0, 1e3}) {
-            // With two equal values rounding carries the cosine of the solution to 1 and beyond,
-            // and the solution halves the number of digits.
+            // Two equal values carry the cosine of the solution to 1 and beyond, and halve the
+            // number of digits.
             for (const Vector& values :
                  {Vector{-0.5, 1.0, 2.0}, {1.0, 1.0, 2.0}, {-1.0, 2.0, 2.0}}) {
                 const Matrix a = basis * diagonal(values * scale) * transpose(basis);

@@ -58,7 +58,6 @@ TEST(DecompositionsTest, SvdOfDiagonalsRotationsAndOtherSizes) {
     EXPECT_TRUE(wide.left == Matrix(2, 2) && wide.right == Matrix(4, 4));
     EXPECT_EQ(wide.singular, Matrix(2, 4));
     EXPECT_EQ(svd(Matrix(3, 2, {1.0, 2.0, 3.0, 4.0, 5.0, 6.0})).singular, Matrix(3, 2));
-
     EXPECT_EQ(symmetricEigenvalues(diagonal({3.0, -1.0, 2.0})), (Vector{3.0, -1.0, 2.0}));
 }
 

@@ -52,7 +52,7 @@ TEST(MatrixInverseTest, ClosedFormDividesEachCofactorAndKeepsZerosPositive) {
     EXPECT_FALSE(std::signbit(inverted[0][1]) || std::signbit(inverted[1][0]));
     // A determinant that is merely small is no failure.
     EXPECT_EQ(inverse3(identity(3) * 1e-100), identity(3) * 1e100);
-    // What is singular gives no number, and no failure either, in elimination.
+    // In elimination what is singular gives no number, and no failure either.
     EXPECT_FALSE(std::isfinite(inverse(Matrix(12, 12))[0][0]));
 }
 

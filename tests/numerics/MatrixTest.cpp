@@ -14,17 +14,11 @@ TEST(MatrixTest, IsAValueOfAnySize) {
               Matrix(2, 2, {1.0, 2.0, 4.0, 5.0}));
     EXPECT_EQ(Matrix(Vector{1.0, 2.0}), Matrix(2, 1, {1.0, 2.0}));
     EXPECT_TRUE(Matrix(std::vector<Vector>{}) == Matrix() && !(Matrix(2, 3) == Matrix(3, 2)));
-    const Matrix expected = RandomNumbers(1).matrix(13, 12);
-    Matrix copy = expected;
-    Matrix moved = std::move(copy);
+    Matrix copy(13, 12);
+    const Matrix moved = std::move(copy);
     // That a moved-from matrix is empty is promised.
     // NOLINTNEXTLINE(bugprone-use-after-move,clang-analyzer-cplusplus.Move)
-    EXPECT_TRUE(copy.rows() == 0 && copy.cols() == 0);
-    Matrix& same = moved;
-    moved = std::move(same);
-    copy = std::move(moved);
-    // NOLINTNEXTLINE(bugprone-use-after-move,clang-analyzer-cplusplus.Move)
-    EXPECT_TRUE(copy == expected && moved.rows() == 0 && moved.cols() == 0);
+    EXPECT_TRUE(copy.rows() == 0 && copy.cols() == 0 && moved == Matrix(13, 12));
 }
 
 TEST(MatrixTest, OperationsOnKnownValues) {
@@ -46,9 +40,8 @@ TEST(MatrixTest, OperationsOnKnownValues) {
 TEST(MatrixTest, TranspositionLawsHoldExactly) {
     forEachSeed([](RandomNumbers& random) {
         const int rows = static_cast<int>(random.between(1, 20));
-        const int inner = static_cast<int>(random.between(1, 20));
-        const Matrix a = random.matrix(rows, inner);
-        const Matrix b = random.matrix(inner, 7);
+        const Matrix a = random.matrix(rows, 5);
+        const Matrix b = random.matrix(5, 7);
         const Vector v = random.vector(rows);
         EXPECT_EQ(transpose(transpose(a)), a);
         EXPECT_EQ(transpose(a * b), transpose(b) * transpose(a));
@@ -68,7 +61,7 @@ TEST(MatrixTest, FlatIndexFindsTheFirstOfTheLargest) {
     }
 }
 
-TEST(MatrixTest, DiagonalIsJudgedAgainstTheSmallestDiagonalElement) {
+TEST(MatrixTest, DiagonalsAndWholeNumbersAreToldUpToALimit) {
     for (const auto& [r, c] : {std::pair{0, 1}, {0, 2}, {2, 1}}) {
         for (const double corner : {0.0, 1e-10, -1e-10, 1.01e-10, -1.01e-10, kNotANumber}) {
             Matrix m = diagonal({3.0, 2.0, 1.0});
@@ -76,14 +69,11 @@ TEST(MatrixTest, DiagonalIsJudgedAgainstTheSmallestDiagonalElement) {
             EXPECT_EQ(isDiagonal(m), std::fabs(corner) <= 1e-10) << corner;
         }
     }
-    EXPECT_TRUE(isDiagonal(Matrix(3, 3)) && isDiagonal(Matrix()) && !isDiagonal(Matrix(2, 3)));
-}
-
-TEST(MatrixTest, WholeNumbersLieWithin32Bits) {
     EXPECT_TRUE(allIntegers(Matrix(2, 2, {0.0, -1.0, 32768.0, 2147483647.0})));
     for (const double other : {0.5, -1e-12, 2147483648.0, kNotANumber, kInfinity}) {
-        EXPECT_FALSE(allIntegers(Matrix(2, 2, {0.0, 1.0, 2.0, other}))) << other;
+        EXPECT_FALSE(allIntegers(Matrix(1, 2, {1.0, other}))) << other;
     }
+    EXPECT_TRUE(isDiagonal(Matrix(3, 3)) && isDiagonal(Matrix()) && !isDiagonal(Matrix(2, 3)));
 }
 
 }  // namespace tavocal::test

@@ -17,8 +17,7 @@ namespace {
 bool nobodyHasDeviceRights() {
     EXPECT_EQ(seteuid(65534), 0);
     const bool result = platform::hasDeviceRights();
-    EXPECT_EQ(seteuid(0), 0);
-    return result;
+    return seteuid(0) == 0 && result;
 }
 
 // A socket of that name that nobody listens to.
@@ -38,10 +37,10 @@ TEST(RightsPosixTest, RootOrWhoMayUseTheFirstSocket) {
     EXPECT_EQ(platform::deviceSocketPaths(),
               (std::vector<std::string>{"tavo.sock", "/run/tavo/kelu.sock"}));
     folder.write("file", "");
+    EXPECT_EQ(platform::findSocket({"missing", "file"}), "");
     makeSocket("tavo.sock");
     makeSocket("other");
-    EXPECT_EQ(platform::findSocket({"missing", "file", "tavo.sock", "other"}), "tavo.sock");
-    EXPECT_EQ(platform::findSocket({"missing", "file"}), "");
+    EXPECT_EQ(platform::findSocket({"file", "tavo.sock", "other"}), "tavo.sock");
     if (geteuid() != 0) {
         GTEST_SKIP() << "only root can take on another user's rights";
     }
@@ -52,7 +51,7 @@ TEST(RightsPosixTest, RootOrWhoMayUseTheFirstSocket) {
         EXPECT_EQ(nobodyHasDeviceRights(), expected) << mode;
         EXPECT_TRUE(platform::hasDeviceRights());
     }
-    std::filesystem::remove("tavo.sock");
+    unlink("tavo.sock");
     EXPECT_FALSE(nobodyHasDeviceRights());
 }
 

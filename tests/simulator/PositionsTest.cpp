@@ -58,35 +58,26 @@ RecordingOptions exactRun() {
     options.dipDegrees = 65.0;
     options.noiseG = options.noiseDps = options.noiseMg = 0.0;
     options.jitterMs = 0.0;
-    options.holdSeconds = 0.4;
-    options.turnSeconds = 3.0;
+    options.holdSeconds = 0.2;
+    options.turnSeconds = 1.5;
+    options.tiltSeconds = 0.9;
     options.wholeMilliseconds = false;
     options.hand = {0.0, 0.0, 0.0};
     return options;
 }
 
-// The readings in the middles of the stages.
-Table positions(const Recording& recording, const std::string& sensor) {
-    Table result;
-    for (const StillStage& stage : recording.truth.stages) {
-        for (const Row& row : recording.rows.at(sensor)) {
-            if (row.time >= 0.5 * (stage.begin + stage.end)) {
-                result.push_back({row.values[0], row.values[1], row.values[2]});
-                break;
-            }
-        }
-    }
-    return result;
-}
-
-// The sums of rate times time between the stages, in degrees.
-Table turns(const Recording& recording, const std::string& sensor) {
+// The readings in the middles of the stages, and the sums of rate times time between them in
+// degrees.
+Table readings(const Recording& recording, const std::string& sensor, bool betweenStages) {
     const std::vector<StillStage>& stages = recording.truth.stages;
-    Table result(stages.size() - 1);
+    Table result(stages.size() - (betweenStages ? 1 : 0));
     for (const Row& row : recording.rows.at(sensor)) {
-        for (std::size_t turn = 0; turn < result.size(); ++turn) {
-            if (row.time > stages[turn].end && row.time <= stages[turn + 1].begin) {
-                result[turn] += Vec3{row.values[0], row.values[1], row.values[2]} * 0.01;
+        const Vec3 value{row.values[0], row.values[1], row.values[2]};
+        for (std::size_t i = 0; i < result.size(); ++i) {
+            if (betweenStages && row.time > stages[i].end && row.time <= stages[i + 1].begin) {
+                result[i] += value * 0.01;
+            } else if (!betweenStages && 2.0 * row.time <= stages[i].begin + stages[i].end) {
+                result[i] = value;
             }
         }
     }
@@ -112,12 +103,10 @@ TEST(PositionsTest, EachHingeReadsItsFrameOfTheGeometry) {
                         << mounting.formFactor << mounting.hinge << flowName(expected.flow) << i;
                 }
             };
-            const auto nameOf = [&](SensorKind kind) {
-                return displayName(kind, mounting.secondary);
-            };
-            expectNear(positions(run, nameOf(SensorKind::Accelerometer)), expected.gravity, 1e-6);
-            expectNear(positions(run, nameOf(SensorKind::Magnetometer)), expected.field, 1e-3);
-            expectNear(turns(run, nameOf(SensorKind::Gyroscope)), expected.turns, 0.01);
+            const std::string second = mounting.secondary ? "_2" : "";
+            expectNear(readings(run, "Accelerometer" + second, false), expected.gravity, 1e-6);
+            expectNear(readings(run, "Magnetometer" + second, false), expected.field, 1e-3);
+            expectNear(readings(run, "Gyroscope" + second, true), expected.turns, 0.01);
         }
     }
 }

@@ -32,10 +32,10 @@ std::string outline(const XmlNode& node) {
     const std::string name = toUtf8(node.name());
     const std::string value = toUtf8(node.value());
     const std::string inner = childrenOf(node);
+    if (node.asElement() != nullptr) {
+        return name + attributesOf(*node.asElement()) + (inner.empty() ? "" : "(" + inner + ")");
+    }
     switch (node.nodeType()) {
-        case XmlNodeType::Element:
-            return name + attributesOf(*node.asElement()) +
-                   (inner.empty() ? "" : "(" + inner + ")");
         case XmlNodeType::Text:
             return "'" + value + "'";
         case XmlNodeType::Comment:

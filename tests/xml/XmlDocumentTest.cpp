@@ -24,7 +24,8 @@ TEST(XmlDocumentTest, RoundTripsThroughAFile) {
     ASSERT_EQ(document.load(path), XmlResult::Success);
     EXPECT_EQ(outline(document),
               "?xml|version=\"1.0\" encoding=\"UTF-8\"? "
-              "Tavo(Sensor[Flags=2 Name=\xC3\xA9](Offset('-40'))) !\xE2\x82\xAC!");
+              "Tavo(Sensor[Flags=2 Name=\xC3\xA9](Offset('-40'))) "
+              "!\xE2\x82\xAC!");
     folder.write("document.xml", std::string(1000, 'x'));
     ASSERT_EQ(document.save(path), XmlResult::Success);
     EXPECT_EQ(fileContent(path), text);
