@@ -35,11 +35,10 @@ struct Logged {
 TEST(LoggerTest, EveryLevelIsLoggedAndErrorAloneIsShown) {
     int level = 0;
     for (const std::string name : {"ERROR", "WARNING", "INFO", "DEBUG", "INSANE", "SENSOR DATA"}) {
-        const Logged logged([&] {
-            Logger::instance().log(static_cast<LogLevel>(level++), 315, "A::b", "it's so.");
-        });
-        EXPECT_EQ(logged.added, "[A::b][315][" + name + "]: it's so.\n");
-        EXPECT_EQ(logged.screen, name == "ERROR" ? "[ERROR]: it's so.\n" : "");
+        const auto value = static_cast<LogLevel>(level++);
+        const Logged logged([&] { Logger::instance().log(value, 315, "A::b", "so"); });
+        EXPECT_EQ(logged.added, "[A::b][315][" + name + "]: so\n");
+        EXPECT_EQ(logged.screen, name == "ERROR" ? "[ERROR]: so\n" : "");
         EXPECT_EQ(logged.flushed, name == "ERROR");
     }
 }
@@ -53,9 +52,8 @@ TEST(LoggerTest, TheFileHoldsTheWholeLogAndAFailureIsOneLine) {
     EXPECT_EQ(Logged([&] { logger.saveLogFile(); }).screen, "");
     EXPECT_EQ(fileContent(path), logger.text());
     logger.setLogFilePath("");
-    const Logged failed([&] { logger.saveLogFile(); });
-    EXPECT_EQ(failed.screen, "Caught saving logfile: No such file or directory\n");
-    EXPECT_EQ(failed.added, "");
+    EXPECT_EQ(Logged([&] { logger.saveLogFile(); }).screen,
+              "Caught saving logfile: No such file or directory\n");
 }
 
 TEST(ScopeLogTest, TellsOfTheBeginAndOfAnEndWithoutFailure) {

@@ -13,13 +13,9 @@ namespace {
 // A rotation whose first row has no small element, so that every column is an eigenvector in
 // reach of the closed form.
 Matrix reachableBasis(RandomNumbers& random) {
-    while (true) {
-        const Matrix basis = rotationMatrix(random.vector(3, 3.0));
-        const Vector first = absValues(row(basis, 0));
-        if (std::min({first[0], first[1], first[2]}) > 0.3) {
-            return basis;
-        }
-    }
+    const Matrix basis = rotationMatrix(random.vector(3, 3.0));
+    const Vector first = absValues(row(basis, 0));
+    return std::min({first[0], first[1], first[2]}) > 0.3 ? basis : reachableBasis(random);
 }
 
 }  // namespace

@@ -7,41 +7,26 @@
 
 namespace tavocal::test {
 
-namespace {
-
-std::string attributesOf(const XmlElement& element) {
-    std::string text;
-    for (const auto& attribute : element.attributes()) {
-        text += text.empty() ? "[" : " ";
-        text += toUtf8(attribute->name()) + "=" + toUtf8(attribute->value());
-    }
-    return text.empty() ? text : text + "]";
-}
-
-std::string childrenOf(const XmlNode& node) {
-    std::string text;
-    for (const auto& child : node.children()) {
-        text += (text.empty() ? "" : " ") + outline(*child);
-    }
-    return text;
-}
-
-}  // namespace
-
 std::string outline(const XmlNode& node) {
-    const std::string name = toUtf8(node.name());
-    const std::string value = toUtf8(node.value());
-    const std::string inner = childrenOf(node);
-    if (node.asElement() != nullptr) {
-        return name + attributesOf(*node.asElement()) + (inner.empty() ? "" : "(" + inner + ")");
+    std::string attributes;
+    std::string inner;
+    for (const auto& child : node.children()) {
+        inner += (inner.empty() ? "" : " ") + outline(*child);
     }
     switch (node.nodeType()) {
+        case XmlNodeType::Element:
+            for (const auto& attribute : node.asElement()->attributes()) {
+                attributes += attributes.empty() ? "[" : " ";
+                attributes += toUtf8(attribute->name()) + "=" + toUtf8(attribute->value());
+            }
+            return toUtf8(node.name()) + attributes + (attributes.empty() ? "" : "]") +
+                   (inner.empty() ? "" : "(" + inner + ")");
         case XmlNodeType::Text:
-            return "'" + value + "'";
+            return "'" + toUtf8(node.value()) + "'";
         case XmlNodeType::Comment:
-            return "!" + value + "!";
+            return "!" + toUtf8(node.value()) + "!";
         case XmlNodeType::Declaration:
-            return "?" + name + "|" + value + "?";
+            return "?" + toUtf8(node.name()) + "|" + toUtf8(node.value()) + "?";
         default:
             return inner;
     }
