@@ -17,13 +17,14 @@ TEST(ConsolePosixTest, WritesWithoutColourToAFileAndReadsLinesToTheEnd) {
     const int before = dup(STDIN_FILENO);
     dup2(ends[0], STDIN_FILENO);
     const std::string typed = "one\r\n\ntwo\rthree\nlast";
-    EXPECT_EQ(write(ends[1], typed.data(), typed.size()), static_cast<ssize_t>(typed.size()));
+    EXPECT_GT(write(ends[1], typed.data(), typed.size()), 0);
     close(ends[1]);
     std::string line;
-    for (const char* expected : {"one", "", "two\rthree", "last", ""}) {
-        EXPECT_EQ(console.readLine(line), !line.starts_with("last"));
+    for (const char* expected : {"one", "", "two\rthree", "last"}) {
+        EXPECT_TRUE(console.readLine(line));
         EXPECT_EQ(line, expected);
     }
+    EXPECT_FALSE(console.readLine(line));
     dup2(before, STDIN_FILENO);
     close(before);
     close(ends[0]);

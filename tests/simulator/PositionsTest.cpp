@@ -69,7 +69,7 @@ RecordingOptions exactRun() {
 // The readings in the middles of the stages, and the sums of rate times time between them in
 // degrees.
 Table readings(const Recording& recording, const std::string& sensor, bool betweenStages) {
-    const std::vector<StillStage>& stages = recording.truth.stages;
+    const auto& stages = recording.truth.stages;
     Table result(stages.size() - (betweenStages ? 1 : 0));
     for (const Row& row : recording.rows.at(sensor)) {
         const Vec3 value{row.values[0], row.values[1], row.values[2]};
