@@ -30,7 +30,7 @@ TEST(ClampedEigenvaluesTest, OnlyAnExactlyDiagonalMatrixKeepsItsOrder) {
         EXPECT_LE(maxDifference(clampedEigenvalues(a), Vector{-1.0, 2.0, 3.0}), 1e-14);
         // The square of what is missing to symmetry is at most 1e-07.
         a[r][c] = 3.1e-4;
-        EXPECT_EQ(mathError([&] { clampedEigenvalues(a); }), "no exception");
+        clampedEigenvalues(a);
         a[r][c] = -3.2e-4;
         EXPECT_EQ(mathError([&] { clampedEigenvalues(a); }), "Math Error: Matrix is not symmetric");
     }

@@ -15,7 +15,6 @@ TEST(StatisticsTest, MeanAndDeviation) {
     // The mean square of these is below the square of their mean, by rounding.
     EXPECT_LT(variance({0.1, 0.1, 0.1}), 0.0);
     EXPECT_EQ(stdDev({0.1, 0.1, 0.1}), 0.0);
-    EXPECT_TRUE(std::isnan(stdDev({0.1, kNotANumber})));
 }
 
 TEST(StatisticsTest, MedianIsTheMiddleOfTheSortedValues) {

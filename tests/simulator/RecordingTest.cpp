@@ -34,15 +34,13 @@ Vec3 meanOf(const Recording& recording, const std::string& name, std::size_t sta
 TEST(RecordingTest, SeedDecidesAndWhatASensorReadsDependsOnNoOther) {
     RecordingOptions options = shortRun(false);
     const Recording once = record(options);
-    const Recording again = record(options);
     options.noiseG = 0.1;
     const Recording noisy = record(options);
     options.seed = 2;
     const Recording other = record(options);
     for (const std::string name : {"Accelerometer", "Gyroscope", "Magnetometer"}) {
-        EXPECT_EQ(once.dumpText(name), again.dumpText(name));
         EXPECT_EQ(once.dumpText(name) == noisy.dumpText(name), name != "Accelerometer") << name;
-        EXPECT_NE(once.dumpText(name), other.dumpText(name));
+        EXPECT_NE(noisy.dumpText(name), other.dumpText(name)) << name;
     }
 }
 
