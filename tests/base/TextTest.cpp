@@ -19,9 +19,7 @@ TEST(TextTest, FixedHasSixDigits) {
     EXPECT_EQ(
         text,
         "x=-0.000000 -12.345678 1.000000 0.000000 0.007812 123456789.125000 inf -inf nan nan ");
-    const std::string longest = fixedText(std::numeric_limits<double>::lowest());
-    EXPECT_EQ(longest.size(), 317U);
-    EXPECT_EQ(longest.substr(0, 18), "-17976931348623157");
+    EXPECT_EQ(fixedText(std::numeric_limits<double>::lowest()).size(), 317U);
 }
 
 TEST(TextTest, NarrowAndWideAreInverseForSingleBytes) {

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
 
 #include "numerics/NumericsTesting.h"
@@ -34,16 +33,9 @@ TEST(MatrixInverseTest, TimesTheMatrixIsTheIdentity) {
     });
 }
 
-TEST(MatrixInverseTest, OfAPermutationIsItsTransposeExactly) {
-    std::vector<Vector> rows = {{0.0, 0.0, 1.0}, {0.0, 1.0, 0.0}, {1.0, 0.0, 0.0}};
-    do {
-        EXPECT_EQ(inverse(Matrix(rows)), transpose(Matrix(rows)));
-    } while (std::next_permutation(rows.begin(), rows.end(), [](const Vector& a, const Vector& b) {
-        return indexOfLargestSquare(a) > indexOfLargestSquare(b);
-    }));
-}
-
-TEST(MatrixInverseTest, ClosedFormDividesEachCofactorAndKeepsZerosPositive) {
+TEST(MatrixInverseTest, KnownValuesComeExactly) {
+    const Matrix permutation(3, 3, {0.0, 0.0, 1.0, 1.0, 0.0, 0.0, 0.0, 1.0, 0.0});
+    EXPECT_EQ(inverse(permutation), transpose(permutation));
     // 49 / 49 is 1, 49 * (1 / 49) is not.
     const Matrix inverted = inverse3(diagonal({49.0, 1.0, 1.0}));
     EXPECT_EQ(inverted, diagonal({1.0 / 49.0, 1.0, 1.0}));

@@ -36,7 +36,6 @@ TEST(StatisticsTest, MedianOfAxesSortsEachAxisOfARange) {
     }
     const auto range = [&](int first, int last) { return medianOfAxes(samples, first, last); };
     EXPECT_EQ(range(0, 3), (Vector{2.5, 1.5}));
-    EXPECT_EQ(range(1, 3), (Vector{2.0, 2.0}));
     // An axis that a sample lacks is passed over; what lies outside is cut off.
     EXPECT_EQ(range(3, 4), (Vector{50.5, 7.0}));
     EXPECT_EQ(range(4, 4), Vector{99.0});

@@ -50,7 +50,6 @@ TEST(FilesPosixTest, WhatIsNoPlainFileIsWrittenInPlaceAndReadToItsEnd) {
     std::string content;
     EXPECT_TRUE(platform::readFile("/proc/self/maps", content));  // says that it is empty
     EXPECT_GT(content.size(), 1000U);
-    EXPECT_EQ(content.back(), '\n');
 }
 
 }  // namespace tavocal::test

@@ -61,7 +61,6 @@ RecordingOptions exactRun() {
     options.holdSeconds = 0.2;
     options.turnSeconds = 1.5;
     options.tiltSeconds = 0.9;
-    options.wholeMilliseconds = false;
     options.hand = {0.0, 0.0, 0.0};
     return options;
 }
@@ -97,9 +96,9 @@ TEST(PositionsTest, EachHingeReadsItsFrameOfTheGeometry) {
             const auto expectNear = [&](const Table& read, const Table& device, double tolerance) {
                 ASSERT_EQ(read.size(), device.size());
                 for (std::size_t i = 0; i < device.size(); ++i) {
-                    const Vec3 turned =
-                        mounting.x * device[i].x + mounting.y * device[i].y + z * device[i].z;
-                    EXPECT_LT(norm(read[i] - turned), tolerance)
+                    const Vec3& d = device[i];
+                    const Vec3 own = mounting.x * d.x + mounting.y * d.y + z * d.z;
+                    EXPECT_LT(norm(read[i] - own), tolerance)
                         << mounting.formFactor << mounting.hinge << flowName(expected.flow) << i;
                 }
             };

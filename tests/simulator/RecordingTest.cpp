@@ -13,7 +13,6 @@ RecordingOptions shortRun(bool perfect) {
     options.flow = Flow::FourSteps;
     options.perfect = perfect;
     options.holdSeconds = 1.0;
-    options.tiltSeconds = 0.5;
     return options;
 }
 
@@ -105,7 +104,6 @@ TEST(RecordingTest, MagnetsSilenceAndGivingUpLastAsTold) {
     options.mistake = Mistake::SilentSensor;
     const Recording silent = record(options);
     EXPECT_NEAR(silent.rows.at("Gyroscope").back().time, good.truth.stages[2].begin + 500.0, 15.0);
-    EXPECT_EQ(silent.rows.at("Accelerometer").size(), good.rows.at("Accelerometer").size());
     options.mistake = Mistake::CutShort;
     EXPECT_EQ(record(options).truth.stages.size(), 3u);
 }

@@ -31,8 +31,8 @@ TEST(XmlNamesTest, JudgesEveryCharacterAndComparesIgnoringCase) {
         ASSERT_EQ(isNameCharacter(character), start || holds(kFurther, character)) << code;
     }
     EXPECT_TRUE(sameName(L"SensorTypeId", L"sENSORtYPEiD") && sameName(L"", L""));
-    EXPECT_FALSE(sameName(L"Sensor", L"Sensors") || sameName(L"Sensors", L"Sensor"));
-    EXPECT_FALSE(sameName(L"a_b", L"a-b"));
+    EXPECT_FALSE(sameName(L"Sensor", L"Sensors") || sameName(L"Sensors", L"Sensor") ||
+                 sameName(L"a_b", L"a-b"));
 }
 
 }  // namespace tavocal::test
