@@ -24,7 +24,7 @@ TEST(BytesTest, ByteOrderIsLittleEndian) {
     EXPECT_EQ(reader.i32(15), -2);
     EXPECT_EQ(readI16(bytes, 15), -2);
     EXPECT_EQ(readI32(bytes, 15), -2);
-    EXPECT_EQ(readU64(bytes, 7), 0x0F0E0D0C0B0A0908U);
+    EXPECT_EQ(readU64(bytes, 12), 0x00FFFFFFFE0F0E0DU);
     Bytes written(8, 9);
     writeU16(written, 1, 0xF102);
     writeU32(written, 4, 0xF4030201);
