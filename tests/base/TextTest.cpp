@@ -2,50 +2,24 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <limits>
 
 namespace tavocal::test {
 
 TEST(TextTest, FixedHasSixDigits) {
-    const struct {
-        double value;
-        const char* text;
-    } kRows[] = {
-        {0.0, "0.000000"},
-        {-0.0, "-0.000000"},
-        {1.0, "1.000000"},
-        {-12.3456784, "-12.345678"},
-        {0.9999995, "1.000000"},
-        {0.0000005, "0.000000"},    // the double lies just below the tie
-        {1.0 / 128.0, "0.007812"},  // an exact tie goes to the even digit
-        {3.0 / 128.0, "0.023438"},
-        {123456789.125, "123456789.125000"},
-        {1e22, "10000000000000000000000.000000"},
-        {std::numeric_limits<double>::infinity(), "inf"},
-        {-std::numeric_limits<double>::infinity(), "-inf"},
-        {std::numeric_limits<double>::quiet_NaN(), "nan"},
-        {-std::numeric_limits<double>::quiet_NaN(), "nan"},
-    };
-    for (const auto& row : kRows) {
-        EXPECT_EQ(fixedText(row.value), row.text);
-    }
-    const std::string longest = fixedText(std::numeric_limits<double>::lowest());
-    EXPECT_EQ(longest.size(), 317U);
-    EXPECT_EQ(longest.substr(0, 18), "-17976931348623157");
-}
-
-TEST(TextTest, AppendFixedKeepsWhatIsThere) {
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
     std::string text = "x=";
-    appendFixed(text, -0.25);
-    appendFixed(text, std::nan(""));
-    EXPECT_EQ(text, "x=-0.250000nan");
-}
-
-TEST(TextTest, LowerCaseTouchesNothingButLetters) {
-    EXPECT_EQ(lowerCase("AbZ@[`{09-"), "abz@[`{09-");
-    EXPECT_EQ(lowerCase("\xC3\x84"), "\xC3\x84");
-    EXPECT_EQ(lowerCase(std::string_view("A\0B", 3)), std::string("a\0b", 3));
+    // Half of the last digit lies just below the tie; 1 / 128 is one and goes to the even digit.
+    for (const double value : {-0.0, -12.3456784, 0.9999995, 0.0000005, 1.0 / 128.0, 123456789.125,
+                               kInfinity, -kInfinity, kNotANumber, -kNotANumber}) {
+        appendFixed(text, value);
+        text += ' ';
+    }
+    EXPECT_EQ(
+        text,
+        "x=-0.000000 -12.345678 1.000000 0.000000 0.007812 123456789.125000 inf -inf nan nan ");
+    EXPECT_EQ(fixedText(std::numeric_limits<double>::lowest()).size(), 317U);
 }
 
 TEST(TextTest, NarrowAndWideAreInverseForSingleBytes) {
@@ -53,52 +27,31 @@ TEST(TextTest, NarrowAndWideAreInverseForSingleBytes) {
     for (int byte = 0; byte < 256; ++byte) {
         bytes.push_back(static_cast<char>(byte));
     }
-    const std::wstring wide = widen(bytes);
-    EXPECT_EQ(wide[0xFF], L'\xFF');
-    EXPECT_EQ(narrow(wide), bytes);
+    EXPECT_EQ(widen(bytes)[0xFF], L'\xFF');
+    EXPECT_EQ(narrow(widen(bytes)), bytes);
     // The digits of other scripts must not become ours.
-    EXPECT_EQ(narrow(L"1\x0661\xFF11\x0130"), "1???");
+    EXPECT_EQ(narrow(L"1\x0661\xFF11\x0130\x100"), "1????");
 }
 
 TEST(TextTest, Utf8AtTheBordersOfItsLengths) {
-    const struct {
-        std::wstring wide;
-        const char* utf8;
-    } kRows[] = {
-        {L"\x7F", "\x7F"},
-        {L"\x80", "\xC2\x80"},
-        {L"\x7FF", "\xDF\xBF"},
-        {L"\x800", "\xE0\xA0\x80"},
-        {L"\xFFFF", "\xEF\xBF\xBF"},
-        {L"\xD800\xDC00", "\xF0\x90\x80\x80"},
-        {L"\xDBFF\xDFFF", "\xF4\x8F\xBF\xBF"},
-        {L"\U00010000", "\xF0\x90\x80\x80"},
-    };
-    for (const auto& row : kRows) {
-        EXPECT_EQ(toUtf8(row.wide), row.utf8);
-    }
-}
-
-TEST(TextTest, Utf8ReplacesWhatIsNoCharacter) {
+    EXPECT_EQ(toUtf8(L"\x7F\x80\x7FF\x800\xE000\xFFFF\xD800\xDC00\xDBFF\xDFFF\U00010000\U0010FFFF"),
+              "\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEE\x80\x80\xEF\xBF\xBF\xF0\x90\x80\x80"
+              "\xF4\x8F\xBF\xBF\xF0\x90\x80\x80\xF4\x8F\xBF\xBF");
+    // What is no character is replaced.
     const std::string replaced = "\xEF\xBF\xBD";
-    EXPECT_EQ(toUtf8(L"\xD800"), replaced);
-    EXPECT_EQ(toUtf8(L"\xD800x"), replaced + "x");
-    EXPECT_EQ(toUtf8(L"\xDC00\xD800"), replaced + replaced);
+    EXPECT_EQ(toUtf8(L"\xD800x\xDFFF\xDBFF\xE000\xD800"),
+              replaced + "x" + replaced + replaced + "\xEE\x80\x80" + replaced);
+    EXPECT_EQ(toUtf8(std::wstring(1, static_cast<wchar_t>(0x110000))), replaced);
 }
 
-TEST(TextTest, HexHasTwoDigitsForEachByte) {
+TEST(TextTest, PartsAndForms) {
+    EXPECT_EQ(lowerCase(std::string_view("AbZ@[`{09-\xC3\x84\0B", 14)),
+              std::string("abz@[`{09-\xC3\x84\0b", 14));
     const unsigned char bytes[] = {0x00, 0x0F, 0xF0, 0xAB};
     EXPECT_EQ(hexText(bytes, 4), "000ff0ab");
-    EXPECT_EQ(hexText(bytes, 0), "");
-}
-
-TEST(TextTest, PartsOfTexts) {
-    EXPECT_TRUE(startsWith("-x", "-"));
-    EXPECT_TRUE(startsWith("", ""));
-    EXPECT_FALSE(startsWith("", "-"));
-    EXPECT_FALSE(startsWith("x-", "-"));
-    EXPECT_TRUE(contains("Accelerometer_2", "_2"));
-    EXPECT_FALSE(contains("Accelerometer2_", "_2"));
+    EXPECT_TRUE(startsWith("-x", "-") && startsWith("", ""));
+    EXPECT_FALSE(startsWith("", "-") || startsWith("x-", "-"));
+    EXPECT_TRUE(contains("Accelerometer_2", "_2") && !contains("Accelerometer2_", "_2"));
 }
 
 }  // namespace tavocal::test

@@ -7,49 +7,29 @@
 
 namespace tavocal::test {
 
-namespace {
-
-std::string attributesOf(const XmlElement& element) {
-    std::string text;
-    for (const auto& attribute : element.attributes()) {
-        text += text.empty() ? "" : " ";
-        text += toUtf8(attribute->name()) + "=" + toUtf8(attribute->value());
-    }
-    return text.empty() ? text : "[" + text + "]";
-}
-
-std::string childrenOf(const XmlNode& node) {
-    std::string text;
-    for (const auto& child : node.children()) {
-        text += (text.empty() ? "" : " ") + outline(*child);
-    }
-    return text;
-}
-
-std::string elementOutline(const XmlElement& element) {
-    const std::string inner = childrenOf(element);
-    return toUtf8(element.name()) + attributesOf(element) +
-           (inner.empty() ? "" : "(" + inner + ")");
-}
-
-}  // namespace
-
 std::string outline(const XmlNode& node) {
+    std::string attributes;
+    std::string inner;
+    for (const auto& child : node.children()) {
+        inner += (inner.empty() ? "" : " ") + outline(*child);
+    }
     switch (node.nodeType()) {
         case XmlNodeType::Element:
-            return elementOutline(*node.asElement());
+            for (const auto& attribute : node.asElement()->attributes()) {
+                attributes += attributes.empty() ? "[" : " ";
+                attributes += toUtf8(attribute->name()) + "=" + toUtf8(attribute->value());
+            }
+            return toUtf8(node.name()) + attributes + (attributes.empty() ? "" : "]") +
+                   (inner.empty() ? "" : "(" + inner + ")");
         case XmlNodeType::Text:
             return "'" + toUtf8(node.value()) + "'";
         case XmlNodeType::Comment:
             return "!" + toUtf8(node.value()) + "!";
         case XmlNodeType::Declaration:
             return "?" + toUtf8(node.name()) + "|" + toUtf8(node.value()) + "?";
-        case XmlNodeType::Document:
-            return childrenOf(node);
-        case XmlNodeType::Attribute:
-            break;
+        default:
+            return inner;
     }
-    return "unexpected node";
 }
 
 std::string outlineOf(const std::string& text) {
