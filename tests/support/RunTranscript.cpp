@@ -1,9 +1,11 @@
 #include "support/RunTranscript.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <map>
 #include <stdexcept>
+#include <utility>
 
 #include "support/Lines.h"
 #include "support/Masks.h"
@@ -18,6 +20,8 @@ using Words = std::vector<std::string>;
 
 // A live run takes as long as the simulated operator; this makes it short.
 constexpr const char* kSpeed = "500";
+
+constexpr const char* kShownBefore = "...\n";
 
 Words wordsOf(const std::string& command) {
     Words words;
@@ -56,6 +60,9 @@ class Stage {
         if (words[0] == "tavosim") {
             return simulatorRun(rest);
         }
+        if (words[0] == "interrupt") {
+            return simulatorRun({rest.begin() + 2, rest.end()}, rest.at(0));
+        }
         return fileCommand(words[0], rest);
     }
 
@@ -74,7 +81,7 @@ class Stage {
         return shown(runTavocal(folder.path(), arguments));
     }
 
-    std::string simulatorRun(const Words& arguments) {
+    std::string simulatorRun(const Words& arguments, const std::string& interruptAt = {}) {
         if (arguments.at(0) != "run") {
             const ToolResult result = runSimulator(folder.path(), arguments);
             return result.status == 0 ? "" : shown(result);
@@ -82,13 +89,45 @@ class Stage {
         before = files();
         Words all = arguments;
         all.insert(all.begin() + 1, {"--speed", kSpeed});
-        return shown(runSimulator(folder.path(), all));
+        return shown(runSimulator(folder.path(), all, interruptAt));
     }
 
-    static std::string shown(ToolResult result) {
+    std::string shown(ToolResult result) {
         result.output = replaceAll(result.output, TAVOCAL_PROGRAM, "tavocal");
         result.output = replaceAll(result.output, TAVOSIM_PROGRAM, "tavosim");
-        return maskedScreen(result.output) + "exit status " + std::to_string(result.status) + "\n";
+        const std::string screen = maskedScreen(result.output);
+        const std::size_t usageBegin = std::min(screen.find("\nUsage:\n"), screen.size());
+        std::string text = withoutShownBegin(screen.substr(0, usageBegin));
+        if (usageBegin < screen.size()) {
+            text += screen.substr(usageBegin) == usage ? kShownBefore : screen.substr(usageBegin);
+            usage = screen.substr(usageBegin);
+        }
+        return text + "exit status " + std::to_string(result.status) + "\n";
+    }
+
+    // Leaves out the lines at the begin that the run before has shown too.
+    std::string withoutShownBegin(const std::string& screen) {
+        const Words lines = linesOf(screen);
+        const Words old = std::exchange(linesBefore, lines);
+        const auto differ = std::mismatch(lines.begin(), lines.end(), old.begin(), old.end()).first;
+        std::string text = differ == lines.begin() ? "" : kShownBefore;
+        for (auto line = differ; line != lines.end(); ++line) {
+            text += *line + "\n";
+        }
+        return text;
+    }
+
+    static std::string report(const std::string& path, const Words& texts) {
+        std::string shownLines;
+        for (const std::string& line : linesOf(outlineOfXml(fileContent(path)))) {
+            const auto holds = [&line](const std::string& text) {
+                return line.find(text) != std::string::npos;
+            };
+            if (texts.empty() || std::any_of(texts.begin(), texts.end(), holds)) {
+                shownLines += line + "\n";
+            }
+        }
+        return shownLines;
     }
 
     std::string fileCommand(const std::string& name, const Words& rest) {
@@ -110,7 +149,7 @@ class Stage {
         } else if (name == "show") {
             return maskedScreen(fileContent(path));
         } else if (name == "report") {
-            return outlineOfXml(fileContent(path));
+            return report(path, Words(rest.begin() + 1, rest.end()));
         } else {
             throw std::runtime_error("there is no command " + name);
         }
@@ -138,6 +177,8 @@ class Stage {
 
     TempFolder folder;
     std::map<std::string, std::string> before;
+    Words linesBefore;
+    std::string usage;
 };
 
 }  // namespace

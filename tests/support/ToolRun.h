@@ -18,8 +18,10 @@ ToolResult runTavocal(const std::string& folder, const std::vector<std::string>&
 ToolResult runLive(const std::string& folder, const std::vector<std::string>& device,
                    const std::vector<std::string>& arguments);
 
-// Runs the built simulator with these arguments in `folder`.
-ToolResult runSimulator(const std::string& folder, const std::vector<std::string>& arguments);
+// Runs the built simulator with these arguments in `folder`. With a text in `interruptAt` it gets
+// the interrupt signal, which it hands on to the tool, once that has been shown.
+ToolResult runSimulator(const std::string& folder, const std::vector<std::string>& arguments,
+                        const std::string& interruptAt = {});
 
 // The part of `text` from `begin` on; empty if it isn't there.
 std::string from(const std::string& text, const std::string& begin);

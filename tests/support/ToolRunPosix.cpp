@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <csignal>
 
 #include "support/ToolRun.h"
 
@@ -23,17 +24,23 @@ constexpr int kCannotStart = 127;
     _exit(kCannotStart);
 }
 
-std::string readAll(int descriptor) {
+std::string readAll(int descriptor, pid_t writer, const std::string& interruptAt) {
     std::string text;
     std::array<char, 4096> part{};
     ssize_t got = 0;
+    bool interrupted = interruptAt.empty();
     while ((got = read(descriptor, part.data(), part.size())) > 0) {
         text.append(part.data(), static_cast<std::size_t>(got));
+        if (!interrupted && text.find(interruptAt) != std::string::npos) {
+            kill(writer, SIGINT);
+            interrupted = true;
+        }
     }
     return text;
 }
 
-ToolResult runTool(const std::string& folder, std::vector<std::string> words) {
+ToolResult runTool(const std::string& folder, std::vector<std::string> words,
+                   const std::string& interruptAt = {}) {
     std::vector<char*> argv;
     for (std::string& word : words) {
         argv.push_back(word.data());
@@ -51,7 +58,7 @@ ToolResult runTool(const std::string& folder, std::vector<std::string> words) {
     }
     close(ends[1]);
     ToolResult result;
-    result.output = readAll(ends[0]);
+    result.output = readAll(ends[0], child, interruptAt);
     close(ends[0]);
     int status = 0;
     waitpid(child, &status, 0);
@@ -77,14 +84,15 @@ ToolResult runLive(const std::string& folder, const std::vector<std::string>& de
 }
 
 // A program behind "--" is the tool.
-ToolResult runSimulator(const std::string& folder, const std::vector<std::string>& arguments) {
+ToolResult runSimulator(const std::string& folder, const std::vector<std::string>& arguments,
+                        const std::string& interruptAt) {
     std::vector<std::string> words = {TAVOSIM_PROGRAM};
     words.insert(words.end(), arguments.begin(), arguments.end());
     const auto separator = std::find(words.begin(), words.end(), "--");
     if (separator != words.end() && separator + 1 != words.end() && separator[1] == "tavocal") {
         separator[1] = TAVOCAL_PROGRAM;
     }
-    return runTool(folder, words);
+    return runTool(folder, words, interruptAt);
 }
 
 std::string from(const std::string& text, const std::string& begin) {
