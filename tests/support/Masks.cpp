@@ -62,8 +62,19 @@ std::string maskedDecimals(std::string_view line, bool keepWhole) {
     return masked;
 }
 
-bool holdsLimit(std::string_view line) {
-    return line.find("threshold of ") != std::string_view::npos;
+// What stands in front of a limit on the screen.
+constexpr std::array<std::string_view, 3> kBeforeLimit = {"threshold of ", "allowed is ",
+                                                          "allowed threshold "};
+
+// Where the part of a line begins that tells a limit; its end if there is none.
+std::size_t limitBegin(std::string_view line) {
+    for (const std::string_view text : kBeforeLimit) {
+        const std::size_t at = line.find(text);
+        if (at != std::string_view::npos) {
+            return at;
+        }
+    }
+    return line.size();
 }
 
 std::string readable(std::string line) {
@@ -72,21 +83,30 @@ std::string readable(std::string line) {
     return line;
 }
 
+// How many spikes there are is a matter of noise, but not whether there are any.
+std::string maskedCount(const std::string& line) {
+    const std::size_t count = line.find("spike count: ");
+    return count == std::string::npos ? line : line.substr(0, count) + "spike count: ~";
+}
+
 std::string maskedScreenLine(const std::string& line) {
     if (line.starts_with("Total run time")) {
         const std::size_t number = line.rfind(": ") + 2;
         return line.substr(0, number) + "~" + line.substr(line.find(' ', number));
     }
-    return readable(holdsLimit(line) ? line : maskedDecimals(line, true));
+    const std::size_t limit = limitBegin(line);
+    return readable(maskedDecimals(maskedCount(line.substr(0, limit)), true) + line.substr(limit));
 }
 
 // ---- XML ----
 
 // Elements whose numbers are told and not measured; their measured ones are never whole.
 constexpr std::array kToldElements = {"Expected", "AxisMapping", "OriginalAxisMapping",
-                                      "InvertedAxisMapping"};
+                                      "InvertedAxisMapping", "ResultDivider"};
 // Elements and comments that are told on the line of what they judge.
 constexpr std::array kVerdicts = {"<threshold>", "<allowed:>", "<!--: PASSED-->", "<!-- FAILED-->"};
+// Attributes whose values the clock or noise decides, if they have a point.
+constexpr std::array<std::string_view, 2> kMaskedAttributes = {" Date=\"", " MeasuredAverage=\""};
 // Integers of a calibration that are measured.
 constexpr std::array kMeasuredIntegers = {"Mat", "Offset", "Noise", "Multiplier"};
 
@@ -98,7 +118,7 @@ bool startsWithOneOf(std::string_view text, const Names& names) {
 
 std::string_view trimmed(std::string_view line) {
     line.remove_prefix(std::min(line.find_first_not_of(' '), line.size()));
-    return line;
+    return line.substr(0, line.find('\r'));
 }
 
 class XmlOutline {
@@ -142,20 +162,33 @@ class XmlOutline {
     }
 
     void addElement(std::string_view line) {
-        std::string text = std::string(line);
-        const std::size_t date = text.find(" Date=\"");
-        if (date != std::string::npos) {
-            text.replace(date + 7, text.find('"', date + 7) - date - 7, "~");
-        }
+        const std::string text =
+            (comment.empty() ? "" : std::exchange(comment, "") + " ") + maskedAttributes(line);
         if (startsWithOneOf(line, kVerdicts)) {
             lines.back() += " " + text;
         } else {
-            emit((comment.empty() ? "" : comment + " ") + text);
-            comment.clear();
+            emit(text);
         }
         if (!line.starts_with("<?") && !line.ends_with("/>")) {
             open.emplace_back(line.substr(1, line.find_first_of(" >") - 1));
         }
+    }
+
+    static std::string maskedAttributes(std::string_view line) {
+        std::string text(line);
+        for (const std::string_view name : kMaskedAttributes) {
+            const std::size_t at = text.find(name);
+            if (at == std::string::npos) {
+                continue;
+            }
+            // A whole number, as the average 0 in the dark, is told.
+            const std::size_t begin = at + name.size();
+            const std::size_t length = text.find('"', begin) - begin;
+            if (text.substr(begin, length).find('.') != std::string::npos) {
+                text.replace(begin, length, "~");
+            }
+        }
+        return text;
     }
 
     // <Values>1.0,2.0;</Values>
@@ -174,6 +207,9 @@ class XmlOutline {
         const std::string& element = open.empty() ? name : open.back();
         if (element == "threshold" || element == "allowed:") {
             return value;
+        }
+        if (element == "spikes") {
+            return value == "0" ? value : "~";
         }
         return maskedDecimals(value, startsWithOneOf(element, kToldElements));
     }

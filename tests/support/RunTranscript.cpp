@@ -1,5 +1,6 @@
 #include "support/RunTranscript.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -85,10 +86,41 @@ class Stage {
         return shown(runSimulator(folder.path(), all));
     }
 
-    static std::string shown(ToolResult result) {
+    std::string shown(ToolResult result) {
         replaceAll(result.output, TAVOCAL_PROGRAM, "tavocal");
         replaceAll(result.output, TAVOSIM_PROGRAM, "tavosim");
-        return maskedScreen(result.output) + "exit status " + std::to_string(result.status) + "\n";
+        std::string screen = maskedScreen(result.output);
+        const std::size_t bannerEnd = screen.find("\n", screen.find("Version: ")) + 1;
+        shorten(screen, 0, bannerEnd, banner, "");
+        shorten(screen, std::min(screen.find("\nUsage:\n"), screen.size()), screen.size(), usage,
+                "... ");
+        return screen + "exit status " + std::to_string(result.status) + "\n";
+    }
+
+    // Puts `mark` in place of a part of the screen that an earlier run has shown in the same words.
+    static void shorten(std::string& screen, std::size_t begin, std::size_t end, std::string& old,
+                        std::string_view mark) {
+        const std::string part = screen.substr(begin, end - begin);
+        if (part.empty()) {
+            return;
+        }
+        if (part == old) {
+            screen.replace(begin, end - begin, mark);
+        }
+        old = part;
+    }
+
+    static std::string report(const std::string& path, const Words& texts) {
+        std::string shownLines;
+        for (const std::string& line : linesOf(outlineOfXml(fileContent(path)))) {
+            const auto holds = [&line](const std::string& text) {
+                return line.find(text) != std::string::npos;
+            };
+            if (texts.empty() || std::any_of(texts.begin(), texts.end(), holds)) {
+                shownLines += line + "\n";
+            }
+        }
+        return shownLines;
     }
 
     std::string fileCommand(const std::string& name, const Words& rest) {
@@ -110,7 +142,7 @@ class Stage {
         } else if (name == "show") {
             return maskedScreen(fileContent(path));
         } else if (name == "report") {
-            return outlineOfXml(fileContent(path));
+            return report(path, Words(rest.begin() + 1, rest.end()));
         } else {
             throw std::runtime_error("there is no command " + name);
         }
@@ -138,6 +170,8 @@ class Stage {
 
     TempFolder folder;
     std::map<std::string, std::string> before;
+    std::string banner;
+    std::string usage;
 };
 
 }  // namespace

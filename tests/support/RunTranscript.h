@@ -27,9 +27,12 @@ namespace tavocal::test {
 //     cut FILE COUNT           keeps the first lines of a file
 //     replace FILE OLD NEW     changes a text of a file, everywhere
 //     show FILE                the file, as it stands
-//     report FILE              the outline of an XML file (see outlineOfXml)
-// Everything happens in a new folder. Files left are those that the last run of a program made or
-// changed. Numbers that noise decides are masked by "~".
+//     report FILE [TEXT ...]   the outline of an XML file (see outlineOfXml), or the lines of it
+//                              that hold one of the texts
+// What the programs show in the same words as an earlier run of the transcript is left out if it is
+// the banner, and is "..." if it is the usage text. Everything happens in a new folder. Files left
+// are those that the last run of a program made or changed. Numbers that noise decides are masked
+// by "~".
 class RunTranscript {
   public:
     explicit RunTranscript(std::string_view text);
