@@ -21,7 +21,7 @@ using Words = std::vector<std::string>;
 // A live run takes as long as the simulated operator; this makes it short.
 constexpr const char* kSpeed = "500";
 
-constexpr const char* kShownBefore = "...\n";
+constexpr std::ptrdiff_t kBannerLines = 3;
 
 Words wordsOf(const std::string& command) {
     Words words;
@@ -99,18 +99,19 @@ class Stage {
         const std::size_t usageBegin = std::min(screen.find("\nUsage:\n"), screen.size());
         std::string text = withoutShownBegin(screen.substr(0, usageBegin));
         if (usageBegin < screen.size()) {
-            text += screen.substr(usageBegin) == usage ? kShownBefore : screen.substr(usageBegin);
+            text += screen.substr(usageBegin) == usage ? "... " : screen.substr(usageBegin);
             usage = screen.substr(usageBegin);
         }
         return text + "exit status " + std::to_string(result.status) + "\n";
     }
 
-    // Leaves out the lines at the begin that the run before has shown too.
+    // Leaves out the lines at the begin that the run before has shown too; without a word if they
+    // are only the banner.
     std::string withoutShownBegin(const std::string& screen) {
         const Words lines = linesOf(screen);
         const Words old = std::exchange(linesBefore, lines);
         const auto differ = std::mismatch(lines.begin(), lines.end(), old.begin(), old.end()).first;
-        std::string text = differ == lines.begin() ? "" : kShownBefore;
+        std::string text = differ - lines.begin() <= kBannerLines ? "" : "...\n";
         for (auto line = differ; line != lines.end(); ++line) {
             text += *line + "\n";
         }

@@ -31,8 +31,9 @@ namespace tavocal::test {
 //     report FILE [TEXT ...]   the outline of an XML file (see outlineOfXml), or the lines of it
 //                              that hold one of the texts
 // "..." stands for the lines at the begin of a screen, or for the usage text, where the run before
-// has shown the same. Everything happens in a new folder. Files left are those that the last run of
-// a program made or changed. Numbers that noise decides are masked by "~".
+// has shown the same; the banner goes without a mark. Everything happens in a new folder. Files
+// left are those that the last run of a program made or changed. Numbers that noise decides are
+// masked by "~".
 class RunTranscript {
   public:
     explicit RunTranscript(std::string_view text);
