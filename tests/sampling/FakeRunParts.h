@@ -63,6 +63,7 @@ class FakeProcess : public Process {
     std::string getInstructions(bool /*noEnter*/) override { return {}; }
     bool needsUserInput() override { return false; }
     std::string readUserInput() override { return {}; }
+    bool isUserPaced() const override { return paced; }
     void CalibrationControl(const Sample& /*sample*/) override { onControl(); }
     bool isStageIndicator(const Sensor& sensor) const override {
         return indicators.find(sensor.getDisplayName() + ";") != std::string::npos;
@@ -81,6 +82,7 @@ class FakeProcess : public Process {
     // The first one is wanted most, and the only offer that is enough.
     std::vector<std::string> types = {"Accelerometer", "Gyroscope", "Magnetometer"};
     std::string indicators = "Accelerometer;";  // display names, each with a ";" behind it
+    bool paced = false;
     std::function<void()> onControl = [] {};
     std::shared_ptr<Sensor> offered;  // last
     std::string calls;

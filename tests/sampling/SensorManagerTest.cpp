@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdio>
 
 #include "base/Failures.h"
 #include "formats/CsvParser.h"
@@ -56,7 +57,8 @@ struct SampledRun {
             }
         }
         CsvParser().writeToFile(folder.path() + "\\d.csv", samples);
-        printedBy([&] { manager.loadDump(folder.path(), "d", false); });
+        EXPECT_EQ(printedBy([&] { manager.loadDump(folder.path(), "d", false); }),
+                  "Loading data dump, this might take a while...\n");
         return messageOf<Failure>([&] { manager.playData(); });
     }
     std::string waited() {
@@ -157,6 +159,29 @@ TEST(SensorManager, TellsWhatItCanNotGetFromTheFirmware) {
     EXPECT_EQ(failureOf(&SensorManager::stopSampling), "Failed to stop sampling");
     light.manager.setSensors({});
     EXPECT_EQ(failureOf(&SensorManager::stopSampling), "No sensors were set for sampling");
+}
+
+TEST(SensorManager, KeyEndsAStepOfTheMagneticEnvironmentTest) {
+    const TempFolder folder;
+    ASSERT_NE(std::freopen(folder.write("typed.txt", "").c_str(), "rb", stdin), nullptr);
+    SampledRun run({"Magnetometer", "Accelerometer"}, MagEnvironmentTest);
+    run.process->paced = true;
+    run.process->indicators = "Accelerometer;Magnetometer;";
+    for (const std::size_t sensor : {0U, 1U, 0U, 0U}) {
+        run.live(sensor, 1.0);
+    }
+    EXPECT_TRUE(run.process->canMoveNext);
+    run.process->indicators = "Magnetometer;";
+    EXPECT_EQ(printedBy([&] { EXPECT_EQ(run.waited(), kNoFailure); }),
+              "User pressed to signal end\n");
+    EXPECT_EQ(run.fake(0).calls, "turn 0-1 end turns:1 ");
+    EXPECT_EQ(run.process->stagesDone, 3);
+    run.failAt<CalibrationException>(0);
+    run.live(0, 2.0);
+    EXPECT_EQ(printedBy([&] { EXPECT_EQ(run.waited(), "torn off"); }),
+              "User pressed to signal end\n");
+    run.process->indicators = "";
+    EXPECT_EQ(run.waited(), "Error. stageIndicatorSensor is NULL");
 }
 
 }  // namespace
