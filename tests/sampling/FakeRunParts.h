@@ -1,12 +1,10 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <functional>
 
-#include "platform/Console.h"
 #include "process/Process.h"
 #include "sensors/GenericSensor.h"
+#include "support/Outcome.h"
 
 // A sensor and a sequence that do what a test says and note what is asked of them.
 namespace tavocal::test {
@@ -87,13 +85,5 @@ class FakeProcess : public Process {
     std::shared_ptr<Sensor> offered;  // last
     std::string calls;
 };
-
-template <typename Action>
-std::string printedBy(Action action) {
-    testing::internal::CaptureStdout();
-    action();
-    platform::Console::instance().flush();
-    return testing::internal::GetCapturedStdout();
-}
 
 }  // namespace tavocal::test

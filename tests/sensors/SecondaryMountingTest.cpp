@@ -87,7 +87,7 @@ TEST(SecondaryMountingTest, SecondarySensorsNeedAFoldingDevice) {
     for (sensor->formFactor = 0; sensor->formFactor < 7; ++sensor->formFactor) {
         const bool folds = sensor->formFactor == 0 || sensor->formFactor == 5;
         sensor->hinge = 4;
-        EXPECT_EQ(messageOf<CalibrationException>([&] { secondaryMounting(*sensor); }),
+        EXPECT_EQ(failureOf([&] { secondaryMounting(*sensor); }),
                   folds ? "Undefined hinge configuration encountered."
                         : "Undefined form factor encountered.");
         // Flat on a table there is nothing to tell apart.
