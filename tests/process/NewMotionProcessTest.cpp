@@ -60,13 +60,11 @@ struct HeldDevice {
 
 // Without a gyroscope there are no turns to see in the Full flow.
 TEST(MotionStages, IndicatorsDecideWhatTheFlowIsMadeOf) {
+    const std::string north = "UP, Y axis directed to North";
     const std::tuple<FlowType, std::string, std::size_t, std::string> rows[] = {
-        {Full, "AG", 7, "UP, Y axis directed to North"},
-        {Full, "A", 4, "UP, Y axis directed to North"},
-        {FourSteps, "A", 4, "UP"},
-        {MagAccuracyTest, "AM", 4, "UP, Y axis directed to North"},
-        {Minimal, "GM", 1, "UP, Y axis directed to North"},
-        {Minimal, "AG", 1, "UP"}};
+        {Full, "AG", 7, north},    {Full, "A", 4, north},
+        {FourSteps, "A", 4, "UP"}, {MagAccuracyTest, "AM", 4, north},
+        {Minimal, "GM", 1, north}, {Minimal, "AG", 1, "UP"}};
     for (const auto& [flow, indicators, count, up] : rows) {
         HeldDevice device(flow, indicators);
         EXPECT_EQ(device.process.segmentTimes, Times(2 * count, 0.0));
