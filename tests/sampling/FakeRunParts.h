@@ -1,12 +1,10 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <functional>
 
-#include "platform/Console.h"
 #include "process/Process.h"
 #include "sensors/GenericSensor.h"
+#include "support/Outcome.h"
 
 // A sensor and a sequence that do what a test says and note what is asked of them.
 namespace tavocal::test {
@@ -63,6 +61,7 @@ class FakeProcess : public Process {
     std::string getInstructions(bool /*noEnter*/) override { return {}; }
     bool needsUserInput() override { return false; }
     std::string readUserInput() override { return {}; }
+    bool isUserPaced() const override { return paced; }
     void CalibrationControl(const Sample& /*sample*/) override { onControl(); }
     bool isStageIndicator(const Sensor& sensor) const override {
         return indicators.find(sensor.getDisplayName() + ";") != std::string::npos;
@@ -81,17 +80,10 @@ class FakeProcess : public Process {
     // The first one is wanted most, and the only offer that is enough.
     std::vector<std::string> types = {"Accelerometer", "Gyroscope", "Magnetometer"};
     std::string indicators = "Accelerometer;";  // display names, each with a ";" behind it
+    bool paced = false;
     std::function<void()> onControl = [] {};
     std::shared_ptr<Sensor> offered;  // last
     std::string calls;
 };
-
-template <typename Action>
-std::string printedBy(Action action) {
-    testing::internal::CaptureStdout();
-    action();
-    platform::Console::instance().flush();
-    return testing::internal::GetCapturedStdout();
-}
 
 }  // namespace tavocal::test

@@ -1,17 +1,13 @@
 #include "sampling/SensorManager.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
+#include <cstdio>
 
-#include "base/Failures.h"
 #include "formats/CsvParser.h"
 #include "sampling/FakeRunParts.h"
-#include "support/MessageOf.h"
 #include "support/TempFolder.h"
 
 namespace tavocal::test {
-namespace {
 
 using enum RunCommand;
 
@@ -56,11 +52,12 @@ struct SampledRun {
             }
         }
         CsvParser().writeToFile(folder.path() + "\\d.csv", samples);
-        printedBy([&] { manager.loadDump(folder.path(), "d", false); });
+        EXPECT_EQ(printedBy([&] { manager.loadDump(folder.path(), "d", false); }),
+                  "Loading data dump, this might take a while...\n");
         return messageOf<Failure>([&] { manager.playData(); });
     }
     std::string waited() {
-        return messageOf<CalibrationException>([&] { manager.waitForStepFinish(true); });
+        return failureOf([&] { manager.waitForStepFinish(true); });
     }
 
     std::vector<std::shared_ptr<Sensor>> sensors;
@@ -89,7 +86,7 @@ TEST(SensorManager, OffersSensorsUpToTheFirstPrimaryOne) {
     EXPECT_EQ(run.manager.findSensor("0073000000000000")->sensor, run.process->offered);
     EXPECT_FALSE(run.manager.findSensor("0073000000000002"));
     EXPECT_EQ(
-        messageOf<CalibrationException>([] {
+        failureOf([] {
             SampledRun({"Gyroscope"}, Calibrate, {"Magnetometer", "Gyroscope"});
         }),
         "Could not locate sensor Magnetometer for sampling. Magnetometer is mandatory for this "
@@ -145,19 +142,34 @@ TEST(SensorManager, ReversesStoresAndHandsOnLiveSamples) {
 
 TEST(SensorManager, TellsWhatItCanNotGetFromTheFirmware) {
     SampledRun light({"Accelerometer"}, CalibrateAls);
-    const auto failureOf = [&](void (SensorManager::*action)()) {
-        return messageOf<CalibrationException>([&] { (light.manager.*action)(); });
-    };
-    EXPECT_EQ(printedBy([&] { light.manager.prepareSensors(); }),
-              "failed to get minimal reporting interval from sensor, will use default sampling "
-              "interval: 20ms\n");
-    light.manager.setSamplingInterval(50);
-    EXPECT_EQ(printedBy([&] { light.manager.prepareSensors(); }), "");
-    EXPECT_EQ(failureOf(&SensorManager::startSampling), "Failed to start sampling");
-    EXPECT_EQ(failureOf(&SensorManager::stopSampling), "Failed to stop sampling");
+    const auto stop = [&] { light.manager.stopSampling(); };
+    EXPECT_EQ(failureOf([&] { light.manager.startSampling(); }), "Failed to start sampling");
+    EXPECT_EQ(failureOf(stop), "Failed to stop sampling");
     light.manager.setSensors({});
-    EXPECT_EQ(failureOf(&SensorManager::stopSampling), "No sensors were set for sampling");
+    EXPECT_EQ(failureOf(stop), "No sensors were set for sampling");
 }
 
-}  // namespace
+TEST(SensorManager, KeyEndsAStepOfTheMagneticEnvironmentTest) {
+    const TempFolder folder;
+    ASSERT_NE(std::freopen(folder.write("typed.txt", "").c_str(), "rb", stdin), nullptr);
+    SampledRun run({"Magnetometer", "Accelerometer"}, MagEnvironmentTest);
+    run.process->paced = true;
+    run.process->indicators = "Accelerometer;Magnetometer;";
+    for (const std::size_t sensor : {0U, 1U, 0U, 0U}) {
+        run.live(sensor, 1.0);
+    }
+    EXPECT_TRUE(run.process->canMoveNext);
+    run.process->indicators = "Magnetometer;";
+    EXPECT_EQ(printedBy([&] { EXPECT_EQ(run.waited(), kNoFailure); }),
+              "User pressed to signal end\n");
+    EXPECT_EQ(run.fake(0).calls, "turn 0-1 end turns:1 ");
+    EXPECT_EQ(run.process->stagesDone, 3);
+    run.failAt<CalibrationException>(0);
+    run.live(0, 2.0);
+    EXPECT_EQ(printedBy([&] { EXPECT_EQ(run.waited(), "torn off"); }),
+              "User pressed to signal end\n");
+    run.process->indicators = "";
+    EXPECT_EQ(run.waited(), "Error. stageIndicatorSensor is NULL");
+}
+
 }  // namespace tavocal::test

@@ -2,8 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "base/Failures.h"
-#include "support/MessageOf.h"
+#include "support/Outcome.h"
 
 namespace tavocal::test {
 namespace {
@@ -11,7 +10,7 @@ namespace {
 // What the main thread gets after a wait or a key, which status() has to agree with.
 using End = void (StageControl::*)();
 std::string result(StageControl& stages, End end = &StageControl::waitForStage) {
-    const std::string message = messageOf<CalibrationException>([&] { (stages.*end)(); });
+    const std::string message = failureOf([&] { (stages.*end)(); });
     return message + (stages.status() == (message == kNoFailure) ? "" : "; status differs");
 }
 

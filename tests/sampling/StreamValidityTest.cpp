@@ -1,10 +1,6 @@
 #include "sampling/StreamValidity.h"
 
-#include <gtest/gtest.h>
-
-#include "base/Failures.h"
 #include "sampling/FakeRunParts.h"
-#include "support/MessageOf.h"
 
 namespace tavocal::test {
 TEST(StreamValidity, LastSamplesLieWithinATenthOfASecond) {
@@ -23,8 +19,7 @@ TEST(StreamValidity, LastSamplesLieWithinATenthOfASecond) {
         }
         FakeProcess process;
         process.indicators = indicators;
-        return messageOf<CalibrationException>(
-            [&] { checkStreamsLasted(process, sensors, samples); });
+        return failureOf([&] { checkStreamsLasted(process, sensors, samples); });
     };
     const std::string early =
         "Data streaming rate was invalid. Not enough data points were sampled for ";

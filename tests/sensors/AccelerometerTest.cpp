@@ -20,8 +20,8 @@ void addPositions(Bench& bench, const Matrix& map, const Vector& offset) {
     }
 }
 
-std::string failureOf(Sensor& sensor) {
-    return messageOf<CalibrationException>([&] { sensor.calibrate(); });
+std::string failure(const Bench& bench) {
+    return failureOf([&] { bench.sensor->calibrate(); });
 }
 
 }  // namespace
@@ -36,7 +36,7 @@ TEST(AccelerometerTest, FindsMountingScaleAndOffset) {
                     : Matrix(3, 3, {1.02, 0.01, -0.005, 0.008, 0.97, 0.012, -0.01, 0.003, 1.05});
             Bench bench(name, flow);
             addPositions(bench, inverse3(scale * kMounting), offset);
-            EXPECT_EQ(failureOf(*bench.sensor), kNoFailure);
+            EXPECT_EQ(failure(bench), kNoFailure);
             EXPECT_LT(maxDifference(bench.sensor->scaleMatrix, scale), 1e-9);
             EXPECT_EQ(bench.sensor->axisMapping, kMounting);
             EXPECT_LT(maxDifference(bench.sensor->offsetVector, offset), 1e-9);
@@ -45,27 +45,24 @@ TEST(AccelerometerTest, FindsMountingScaleAndOffset) {
 }
 
 TEST(AccelerometerTest, PrimaryMountingIsComparedWhenAskedFor) {
+    const std::string none = kNoFailure;
     const std::string start = "Calibration failed for all sensors. Reason: ";
     const std::string movement = start + "wrong movement detected";
     const std::string missing = start + "No original axis mapping to compare with.\n";
-    struct Case {
-        std::string name, failure;
-        bool asked, hasBlock, turned;
-    };
-    for (const Case& c : {Case{"Accelerometer", movement, true, true, true},
-                          Case{"Accelerometer", missing, true, false, false},
-                          Case{"Accelerometer", kNoFailure, false, true, true},
-                          Case{"Accelerometer_2", kNoFailure, true, true, true}}) {
-        Bench bench(c.name, FlowType::FourSteps);
-        bench.sensor->setCheckVsOriginalAxis(c.asked);
-        if (c.hasBlock) {
+    for (const auto& [name, expected, asked, hasBlock, turned] :
+         {std::tuple("Accelerometer", movement, true, true, true),
+          std::tuple("Accelerometer", missing, true, false, false),
+          std::tuple("Accelerometer", none, false, true, true),
+          std::tuple("Accelerometer_2", none, true, true, true)}) {
+        Bench bench(name, FlowType::FourSteps);
+        bench.sensor->setCheckVsOriginalAxis(asked);
+        if (hasBlock) {
             bench.sensor->setCalibrationData(
                 bench.sensor->prependFormat(bench.sensor->getStaticDefault()));
         }
-        addPositions(bench, c.turned ? kMounting : identity(3), Vector(3));
-        EXPECT_EQ(failureOf(*bench.sensor), c.failure);
-        EXPECT_EQ(contains(reportOf(*bench.sensor), " FailureParameter=AxisMapping]"),
-                  c.failure != kNoFailure);
+        addPositions(bench, turned ? kMounting : identity(3), Vector(3));
+        EXPECT_EQ(failure(bench), expected);
+        EXPECT_EQ(contains(reportOf(*bench.sensor), "AxisMapping]"), expected != none);
     }
 }
 
@@ -85,11 +82,6 @@ TEST(AccelerometerTest, TestTakesItsLimitsFromTheConfiguration) {
 // ---- Face up ----
 
 TEST(FaceUpCalibrationTest, CorrectsOnlyTheOffsetOfTheBlock) {
-    struct Case {
-        Vector mean;
-        double deviation;  // in Y
-        std::string failure, parameter;
-    };
     const std::string start = "Calibration failed for sensor Accelerometer. Reason: ";
     const std::string offset = start + "Calculated offset is too high.";
     const std::string mapping =
@@ -98,14 +90,16 @@ TEST(FaceUpCalibrationTest, CorrectsOnlyTheOffsetOfTheBlock) {
     const std::string moved = "Data standard deviation is too high. Device should be motionless.\n";
     const std::string notFinite = "Calculated calibration is not finite.\n";
     // The firmware's scale of 2 makes half a g of gravity.
-    for (const Case& c :
-         std::vector<Case>{{{0.3, -0.25, 0.75}, 0.0499999, kNoFailure, ""},
-                           {{-0.3000001, 0.0, 0.5}, 0.0, offset + "\n", "Offset"},
-                           {{0.0, 0.0, 0.5}, 0.0500001, start + moved, "StandardDeviation"},
-                           {{0.0, 0.0, -1.7}, 0.0, offset + mapping + "\n", "Offset"},
-                           {{0.0, 0.0, -1.2001}, 0.1, offset + mapping + "\n" + moved, "Offset"},
-                           {{0.0, 0.0, -1.8001}, 0.0, offset + "\n", "Offset"},
-                           {{0.0, std::nan(""), 0.5}, 0.0, start + notFinite, "Not finite"}}) {
+    // Mean, deviation in Y, failure and its parameter.
+    using Row = std::tuple<Vector, double, std::string, std::string>;
+    for (const auto& [mean, deviation, text, parameter] :
+         std::vector<Row>{{{0.3, -0.25, 0.75}, 0.0499999, kNoFailure, ""},
+                          {{-0.3000001, 0.0, 0.5}, 0.0, offset + "\n", "Offset"},
+                          {{0.0, 0.0, 0.5}, 0.0500001, start + moved, "StandardDeviation"},
+                          {{0.0, 0.0, -1.7}, 0.0, offset + mapping + "\n", "Offset"},
+                          {{0.0, 0.0, -1.2001}, 0.1, offset + mapping + "\n" + moved, "Offset"},
+                          {{0.0, 0.0, -1.8001}, 0.0, offset + "\n", "Offset"},
+                          {{0.0, std::nan(""), 0.5}, 0.0, start + notFinite, "Not finite"}}) {
         Bench bench("Accelerometer", FlowType::Minimal);
         Accelerometer& sensor = *bench.sensor;
         CalibrationBlock block = sensor.prependFormat(sensor.getStaticDefault());
@@ -113,22 +107,20 @@ TEST(FaceUpCalibrationTest, CorrectsOnlyTheOffsetOfTheBlock) {
         sensor.setCalibrationData(block);
         sensor.calcReverseSdt();
         sensor.sampleCount = 8;
-        sensor.sumOfValues = c.mean * 8.0;
-        sensor.sumOfSquares = elementProduct(c.mean, c.mean) * 8.0;
-        sensor.sumOfSquares[1] += 8.0 * c.deviation * c.deviation;
-        SCOPED_TRACE(c.failure);
-        EXPECT_EQ(failureOf(sensor), c.failure);
+        sensor.sumOfValues = mean * 8.0;
+        sensor.sumOfSquares = elementProduct(mean, mean) * 8.0;
+        sensor.sumOfSquares[1] += 8.0 * deviation * deviation;
+        EXPECT_EQ(failure(bench), text);
         const std::string report = reportOf(sensor);
-        if (!c.parameter.empty()) {
-            EXPECT_TRUE(contains(report, " FailureParameter=" + c.parameter + "]"));
-            continue;
+        EXPECT_TRUE(contains(
+            report, parameter.empty() ? " Success=true " : " FailureParameter=" + parameter + "]"));
+        if (parameter.empty()) {
+            storeOffset(block, {300000, -250000, 250000});
+            EXPECT_EQ(sensor.calibrationToWrite, block);
         }
-        storeOffset(block, {300000, -250000, 250000});
-        EXPECT_EQ(sensor.calibrationToWrite, block);
-        EXPECT_TRUE(contains(report, " Success=true "));
     }
     Bench bench("Accelerometer", FlowType::Minimal);
-    EXPECT_EQ(failureOf(*bench.sensor), "Math Exception in Accelerometer");
+    EXPECT_EQ(failure(bench), "Math Exception in Accelerometer");
 }
 
 }  // namespace tavocal::test

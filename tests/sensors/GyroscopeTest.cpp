@@ -6,8 +6,6 @@
 
 namespace tavocal::test {
 
-namespace {
-
 using Motions = std::vector<Vector>;
 
 const Motions kFullMotions = {{0, 0, 360}, {90, 0, 0},  {0, 360, 0},
@@ -16,8 +14,7 @@ const Motions kFourStepMotions = {{0, 90, 0}, {0, 0, 90}, {-90, 0, 0}};
 
 // A device at 100 Hz that is still for a second in each stage, and turns by the rotation vectors,
 // in degrees, within two seconds in between. The gyroscope reads distortion * rate + bias.
-class GyroscopeTest : public ::testing::Test {
-  protected:
+struct GyroscopeTest : ::testing::Test {
     void script(FlowType flow, const Motions& motions, RunCommand command = RunCommand::Calibrate) {
         bench = std::make_unique<InertialBench<Gyroscope>>("Gyroscope", flow, command);
         sensor = bench->sensor;
@@ -43,7 +40,7 @@ class GyroscopeTest : public ::testing::Test {
     }
 
     std::string calibrate() {
-        return messageOf<CalibrationException>([this] { sensor->calibrate(); });
+        return failureOf([this] { sensor->calibrate(); });
     }
 
     bool test(FlowType flow, const Motions& motions) {
@@ -129,10 +126,7 @@ TEST_F(GyroscopeTest, FollowsTheMotionsOfATestRun) {
     ASSERT_EQ(sensor->testRotations.size(), 3U);
     EXPECT_LT(maxDifference(sensor->testRotations[2], rotationMatrix({-kPi / 2.0, 0.0, 0.0})),
               1e-3);
-    EXPECT_TRUE(contains(valuesOf(*sensor),
-                         "Performing_TestIntegration(!dynamic step 0! Angles(0.000000,"
-                         "90.000000,0.000000;) Expected(0.000000,90.000000,0.000000;) "
-                         "threshold(15.000000) !: PASSED! !dynamic step 1! "));
+    EXPECT_TRUE(contains(reportOf(*sensor), "(Values('15.000000')) !: PASSED! !dynamic step 1!"));
     noise = 0.6;  // too much for a stage, not for a motion
     EXPECT_FALSE(test(FlowType::FourSteps, kFourStepMotions));
     // In the magnetic test the gyroscope only follows.
@@ -156,7 +150,5 @@ TEST_F(GyroscopeTest, FailedMotionSaysWhatToCheck) {
         EXPECT_EQ(contains(reportOf(*sensor), "! FAILED! !dynamic step 2!"), !failures.empty());
     }
 }
-
-}  // namespace
 
 }  // namespace tavocal::test

@@ -2,25 +2,18 @@
 
 // What the tests of inertial sensors share.
 
-#include <gtest/gtest.h>
-
 #include <cmath>
-#include <limits>
 #include <memory>
-#include <string>
 #include <tuple>
 #include <utility>
 #include <vector>
 
-#include "base/Failures.h"
 #include "base/Text.h"
 #include "numerics/NumericsTesting.h"
-#include "numerics/TextForms.h"
-#include "platform/Console.h"
 #include "support/Angles.h"
 #include "support/FakeRun.h"
-#include "support/MessageOf.h"
 #include "support/MotionReplay.h"
+#include "support/Outcome.h"
 
 namespace tavocal::test {
 
@@ -47,31 +40,5 @@ struct InertialBench {
     FakeRun run;
     std::shared_ptr<Class> sensor;
 };
-
-// What `action` writes on the console.
-template <typename Action>
-std::string printedBy(Action action) {
-    ::testing::internal::CaptureStdout();
-    action();
-    platform::Console::instance().flush();
-    return ::testing::internal::GetCapturedStdout();
-}
-
-// What a sensor reported, in one line, without its attributes and the comments on values: rows as
-// name(1.000000,2.000000;).
-inline std::string valuesOf(Sensor& sensor) {
-    const std::vector<std::pair<std::string, std::string>> left = {
-        {"!The ", "! "},         {"!Orig", "! "},  {"!Meas", "! "},
-        {"!meas", "! "},         {"!noise", "! "}, {"!exp", "! "},
-        {"[Rows=1 Cols=3", "]"}, {"Values(", "'"}, {"')", ")"}};
-    std::string report = reportOf(sensor);
-    report.erase(0, report.find("](") + 2);
-    for (const auto& [start, end] : left) {
-        for (auto at = report.find(start); at != std::string::npos; at = report.find(start)) {
-            report.erase(at, report.find(end, at + 1) + end.size() - at);
-        }
-    }
-    return report;
-}
 
 }  // namespace tavocal::test

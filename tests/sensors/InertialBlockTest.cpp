@@ -38,21 +38,19 @@ TEST(InertialBlockTest, FieldsLieWhereTheFormatSays) {
 }
 
 TEST(InertialBlockTest, NumbersAreCutTowardZeroAndStayInTheirRange) {
-    const double nan = std::numeric_limits<double>::quiet_NaN();
     const Unit unit = Unit::milliGauss;
     EXPECT_EQ(convertOffset({-0.9, 0.9, 1.9}, unit, unit), (FixedPointOffset{0, 0, 1}));
-    EXPECT_EQ(convertOffset({1e30, -1e30, nan}, unit, unit),
+    EXPECT_EQ(convertOffset({1e30, -1e30, kNotANumber}, unit, unit),
               (FixedPointOffset{2147483647, -2147483647 - 1, 0}));
-    struct Case {
-        double largest;
-        int divider, stored;
-    };
-    for (const Case& c : {Case{1.5, 21844, 32766}, Case{-1.5, 21844, -32766}, Case{1.0, 1, 1},
-                          Case{0.5, 32767, 16383}, Case{40000.5, 0, 0}}) {
+    for (const auto& [largest, divider, stored] : {std::tuple(1.5, 21844, 32766),
+                                                   {-1.5, 21844, -32766},
+                                                   {1.0, 1, 1},
+                                                   {0.5, 32767, 16383},
+                                                   {40000.5, 0, 0}}) {
         Matrix matrix(3, 3);
-        matrix[1][2] = c.largest;
-        EXPECT_EQ(convertScaling(matrix).divider, c.divider) << c.largest;
-        EXPECT_EQ(convertScaling(matrix).elements[5], c.stored) << c.largest;
+        matrix[1][2] = largest;
+        EXPECT_EQ(convertScaling(matrix).divider, divider) << largest;
+        EXPECT_EQ(convertScaling(matrix).elements[5], stored) << largest;
     }
     EXPECT_EQ(compressAxisMapping(Matrix(3, 3, {1, 0.5, 0, -1, -2, 0, 0, -1, 0})), 0xC0C1U);
     EXPECT_EQ(expandAxisMapping(0xC0C2U), Matrix(3, 3, {-2, 0, 0, -1, 0, 0, 0, -1, 0}));
@@ -77,22 +75,21 @@ TEST(FirmwareReversalTest, UndoesTheFirmwareOrFails) {
         sensor->reverseStaticCalibration(sample);
         EXPECT_LT(maxDifference(sample.values, raw), 1e-11) << "round " << round;
     }
-    struct Case {
-        std::size_t position, size;
-        std::uint8_t value;
-        std::string failure;
-    };
+    using Row = std::tuple<std::size_t, std::size_t, std::uint8_t, std::string>;
     const std::string custom =
         "Custom calibration data format. Cannot reverse SDT static calibration";
-    for (const Case& c : {Case{0, 42, 128, custom}, Case{14, 42, 0, "Failed to invert SDT data"},
-                          Case{36, 42, 0, "Failed to invert SDT data"},
-                          Case{0, 39, 0, "Invalid calibration data size"},
-                          Case{32, 40, 0, kNoFailure}, Case{0, 0, 0, kNoFailure}}) {
+    for (const auto& [position, size, value, failure] :
+         {Row{0, 42, 128, custom},
+          {14, 42, 0, "Failed to invert SDT data"},
+          {36, 42, 0, "Failed to invert SDT data"},
+          {0, 39, 0, "Invalid calibration data size"},
+          {32, 40, 0, kNoFailure},
+          {0, 0, 0, kNoFailure}}) {
         const auto sensor = makeNamedSensor("Accelerometer");
         CalibrationBlock& block = sensor->originalCalibration = kBlock;
-        block[c.position] = c.value;
-        block.resize(c.size);
-        EXPECT_EQ(messageOf<CalibrationException>([&] { sensor->calcReverseSdt(); }), c.failure);
+        block[position] = value;
+        block.resize(size);
+        EXPECT_EQ(failureOf([&] { sensor->calcReverseSdt(); }), failure);
     }
 }
 

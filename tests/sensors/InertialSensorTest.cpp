@@ -69,8 +69,7 @@ TEST(InertialSensorTest, StatisticsOfTheStages) {
     EXPECT_NEAR(sensor.noiseVector[0], std::sqrt(0.25 - 0.25 / 99.0 / 99.0) / 4.0, 1e-12);
     bench.run.stages = 0;
     sensor.setStageRows();
-    EXPECT_EQ(messageOf<CalibrationException>([&] { sensor.calcWhiteNoise(); }),
-              "Error. Divider is zero.");
+    EXPECT_EQ(failureOf([&] { sensor.calcWhiteNoise(); }), "Error. Divider is zero.");
 }
 
 // In the Full flow a position is a stage and the one behind its turn; the fourth has none.

@@ -4,15 +4,12 @@
 
 namespace tavocal::test {
 
-namespace {
-
 using Failures = std::vector<std::pair<int, std::string>>;
 
 constexpr double kAbove = 1.0 + 1e-9;
 
 // Four perfect stages, judged by limits of 0.25, 0.125 and 0.5.
-class TestAverageTest : public ::testing::Test {
-  protected:
+struct TestAverageTest : ::testing::Test {
     void makePerfect(const std::string& name = "Accelerometer") {
         bench = std::make_unique<InertialBench<InertialSensor>>(name, FlowType::FourSteps,
                                                                 RunCommand::TestCalibration);
@@ -96,37 +93,30 @@ TEST_F(TestAverageTest, TellsAllOfAFailedStage) {
     sensor->stageMeans.setRow(0, {0.0, 0.0, 0.5});
     sensor->stageStds.setRow(0, {0.0, 0.25, 0.0});
     addSpikes(0, 4, 0.75);
-    EXPECT_TRUE(contains(
-        expectVerdict({{0, "Accelerometer"}}),
-        " distance is bigger than threshold of 0.125000 \n\nError in motionless Accelerometer step "
-        "0\nSpike detection error, spike count: 4\n"));
-    EXPECT_EQ(
-        valuesOf(*sensor),
-        "Performing_TestAverage(!step 0! Average(0.000000,0.000000,0.500000;) "
-        "ExpectedAverage(0.000000,0.000000,1.000000;) threshold(0.250000) ! FAILED! "
-        "StandardDeviation(0.000000,0.250000,0.000000;) ExpectedDeviation(0.000000,0.000000,"
-        "0.000000;) threshold(0.125000) ! FAILED! spikes(4) threshold(0.500000) allowed:(3) ! "
-        "FAILED!))");
+    EXPECT_TRUE(contains(expectVerdict({{0, "Accelerometer"}}),
+                         " distance is bigger than threshold of 0.125000 \n\nError in motionless "
+                         "Accelerometer step 0\nSpike detection error, spike count: 4\n"));
+    const std::string report = reportOf(*sensor);
+    EXPECT_TRUE(contains(report, "('0.250000')) ! FAILED! !The measured noise!")) << report;
+    EXPECT_TRUE(contains(report, "('0.125000')) ! FAILED! !The measured spikes")) << report;
+    EXPECT_TRUE(
+        contains(report, "(Values('4')) threshold(Values('0.500000')) allowed:(Values('3')"));
 }
 
 // Eight readings around (0, 0, 1), judged by the same limits. Columns: deviations, shift of the
 // mean's X, spikes in Z and their size, what is printed, and how the verdicts begin in the report.
 TEST(FaceUpTestTest, HoldsEachLimit) {
-    struct Case {
-        Vector deviation;
-        double shift, spikes, spike;
-        std::string printed, verdicts;
-    };
+    using Row = std::tuple<Vector, double, int, double, std::string, std::string>;
     const std::string noise =
         "[Failure] Noise on Accelerometer sensor exceeded the threshold on axis:";
     const std::string limit = " , maximum allowed is 0.125000\n";
     const std::string spikes =
         "[Failure] Spikes number detected on Accelerometer is above allowed threshold of 3\n";
     const std::string average =
-        "[Failure] Average value error in Accelerometer above allowed threshold 0.250000\nResults: "
-        " "
-        "  0.250000   0.000000   1.000000 \nExpected:   0.000000   0.000000   1.000000 \n";
-    for (const auto& [deviation, shift, spikeCount, size, printed, verdicts] : std::vector<Case>{
+        "[Failure] Average value error in Accelerometer above allowed threshold 0.250000\n"
+        "Results:    0.250000   0.000000   1.000000 \n"
+        "Expected:   0.000000   0.000000   1.000000 \n";
+    for (const auto& [deviation, shift, spikeCount, size, printed, verdicts] : std::vector<Row>{
              {{0.125, 0.125, 0.125}, 0.25, 3, 9.0, "", "PPP"},
              {Vector(3), -0.25, 8, 0.5, "", "PPP"},
              {Vector(3), 0.0, 4, 0.5 * kAbove, spikes, "PFP"},
@@ -154,13 +144,11 @@ TEST(FaceUpTestTest, HoldsEachLimit) {
         const bool passes = printed.empty();
         EXPECT_EQ(printedBy([&] { EXPECT_EQ(faceUpTest(sensor), passes); }), printed);
         EXPECT_EQ(bench.run.failures, passes ? Failures{} : (Failures{{0, "Accelerometer_2"}}));
-        const std::string report = valuesOf(sensor);
-        EXPECT_EQ(contains(report, "(0.125000) ! FAILED! !spikes"), verdicts[0] == 'F');
+        const std::string report = reportOf(sensor);
+        EXPECT_EQ(contains(report, "'0.125000')) ! FAILED! !"), verdicts[0] == 'F');
         EXPECT_EQ(contains(report, "!spikes test: FAILED! "), verdicts[1] == 'F');
-        EXPECT_EQ(contains(report, "(0.250000) ! FAILED!)"), verdicts[2] == 'F');
+        EXPECT_EQ(contains(report, "'0.250000')) ! FAILED!)"), verdicts[2] == 'F');
     }
 }
-
-}  // namespace
 
 }  // namespace tavocal::test

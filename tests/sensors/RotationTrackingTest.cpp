@@ -6,8 +6,7 @@ namespace tavocal::test {
 
 // A device that turns about its Z axis at a steady rate, at 100 Hz, and a reference that sees a
 // vector which stands still in the world. Both sensors are perfect.
-class RotationTrackingTest : public ::testing::Test {
-  protected:
+struct RotationTrackingTest : ::testing::Test {
     RotationTrackingTest() {
         reference->scaleMatrix = gyroscope->scaleMatrix = identity(3);
         reference->axisMapping = gyroscope->axisMapping = identity(3);
@@ -47,8 +46,7 @@ TEST_F(RotationTrackingTest, ComparesTheTurnsOfBoth) {
 
 TEST_F(RotationTrackingTest, NeedsSamplesOfTheReference) {
     sample(0.0, 1000.0);
-    EXPECT_EQ(messageOf<CalibrationException>([this] { error(); }),
-              "buffered data of sensorAccelerometer is empty");
+    EXPECT_EQ(failureOf([this] { error(); }), "buffered data of sensorAccelerometer is empty");
 }
 
 }  // namespace tavocal::test

@@ -1,0 +1,83 @@
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <array>
+#include <thread>
+
+#include "base/Logger.h"
+#include "firmware/SmhiLayout.h"
+#include "sampling/FakeRunParts.h"
+#include "sampling/SensorManager.h"
+#include "simulator/FirmwareAnswer.h"
+#include "support/WorkingFolder.h"
+
+namespace tavocal::test {
+namespace {
+
+using Minima = std::array<int, 2>;
+
+// Tells the minimal intervals in milliseconds of a primary and a secondary sensor, of
+// which it doesn't tell a negative one. There is no session.
+void serve(int listener, const Minima& minima) {
+    Bytes request(5000);
+    for (int client = 0; (client = accept(listener, nullptr, nullptr)) >= 0; close(client)) {
+        while (recv(client, request.data(), request.size(), 0) > 0) {
+            const int minimum = minima[request[smhi::kRequestLuidAt + 6]];
+            const bool set = request[0] == smhi::kSetProperty;
+            const Bytes reply =
+                request[0] == 0x2E ? simulator::greeting()  // a client's GUID
+                : request[0] == smhi::kGetProperty && minimum >= 0
+                    ? simulator::propertyAnswer(smhi::kMinReportInterval,
+                                                static_cast<std::uint32_t>(minimum) * 1000)
+                    : simulator::headerAnswer(request[0],
+                                              set ? simulator::FirmwareStatus::Success
+                                                  : simulator::FirmwareStatus::WrongState);
+            send(client, reply.data(), reply.size(), MSG_NOSIGNAL);
+        }
+    }
+}
+
+TEST(SensorManagerLive, AsksTheFirmwareForTheIntervalOfTheRun) {
+    using enum RunCommand;
+    const std::string untold =
+        "failed to get minimal reporting interval from sensor, will use default sampling interval: "
+        "20ms\n";
+    const std::tuple<RunCommand, int, Minima, int, std::string> rows[] = {
+        {Calibrate, 0, {-1, -1}, 10, ""},        {TestCalibration, 0, {99, 99}, 10, ""},
+        {Calibrate, 50, {-1, -1}, 50, ""},       {CalibrateAls, 5, {-1, -1}, 5, ""},
+        {CalibrateAls, 0, {5, 19}, 20, ""},      {CalibrateAls, 0, {99, 30}, 99, ""},
+        {CalibrateAls, 0, {-1, 99}, 20, untold}, {CalibrateAls, 0, {0, 0}, 20, untold}};
+    for (const auto& [command, option, minima, interval, printed] : rows) {
+        const WorkingFolder folder;
+        const int listener = socket(AF_UNIX, SOCK_SEQPACKET, 0);
+        const sockaddr_un address{AF_UNIX, "tavo.sock"};
+        const void* const any = &address;
+        bind(listener, static_cast<const sockaddr*>(any), sizeof(address));
+        listen(listener, 8);
+        std::thread firmware(serve, listener, minima);
+        SensorManager manager;
+        const auto process = std::make_shared<FakeProcess>();
+        process->types = {"AmbientLightSensor"};
+        process->runType = command;
+        manager.setSensors(fakeSensors({"AmbientLightSensor_2", "AmbientLightSensor"}));
+        manager.setProcess(process);
+        if (option > 0) {
+            manager.setSamplingInterval(option);
+        }
+        EXPECT_EQ(printedBy([&] { manager.prepareSensors(); }), printed);
+        std::string failure;
+        printedBy([&] { failure = failureOf([&] { manager.startSampling(); }); });
+        EXPECT_EQ(failure, "Failed to start PNRRecord");
+        printedBy([&] { manager.stopSampling(); });
+        const std::string log = Logger::instance().text();
+        const std::string told = "Report Interval is " + std::to_string(interval) + "\n";
+        EXPECT_EQ(log.substr(log.rfind("Report Interval is "), told.size()), told);
+        shutdown(listener, SHUT_RDWR);
+        firmware.join();
+        close(listener);
+    }
+}
+
+}  // namespace
+}  // namespace tavocal::test
