@@ -3,13 +3,12 @@
 #include <cmath>
 
 #include "app/CrossSensorChecks.h"
-#include "base/Text.h"
 #include "numerics/NumericsTesting.h"
-#include "platform/Console.h"
 #include "sensors/Gyroscope.h"
 #include "support/Angles.h"
 #include "support/FakeRun.h"
 #include "support/MotionReplay.h"
+#include "support/Outcome.h"
 
 namespace tavocal::test {
 
@@ -44,10 +43,9 @@ class CompareRotationTest : public ::testing::Test {
     // The first line that is printed; nothing is if all agree.
     std::string failure(const std::shared_ptr<Sensor>& a, const std::shared_ptr<Sensor>& g,
                         const std::shared_ptr<Sensor>& m) {
-        ::testing::internal::CaptureStdout();
-        const bool passed = CrossSensorChecks({}, {}, run).compareRotation(a, g, m);
-        platform::Console::instance().flush();
-        const std::string printed = ::testing::internal::GetCapturedStdout();
+        bool passed = false;
+        const std::string printed =
+            printedBy([&] { passed = CrossSensorChecks({}, {}, run).compareRotation(a, g, m); });
         EXPECT_EQ(passed, printed.empty());
         return printed.substr(0, printed.find('\n'));
     }

@@ -8,10 +8,8 @@
 #include <variant>
 #include <vector>
 
-#include "base/Failures.h"
-#include "platform/Console.h"
 #include "platform/Files.h"
-#include "support/MessageOf.h"
+#include "support/Outcome.h"
 #include "support/TextTable.h"
 #include "support/WorkingFolder.h"
 
@@ -57,10 +55,7 @@ class TestingConfigTest : public testing::Test {
     // What the file leaves of the defaults; the console shows `screen`.
     Config loaded() {
         Config config;
-        testing::internal::CaptureStdout();
-        failure = messageOf<CalibrationException>([&] { loadTestingConfig(config); });
-        platform::Console::instance().flush();
-        screen = testing::internal::GetCapturedStdout();
+        screen = printedBy([&] { failure = failureOf([&] { loadTestingConfig(config); }); });
         return config;
     }
     Config loaded(const std::string& text) {
