@@ -1,4 +1,3 @@
-#include <gtest/gtest.h>
 
 #include <cmath>
 
@@ -11,8 +10,6 @@
 #include "support/Outcome.h"
 
 namespace tavocal::test {
-
-namespace {
 
 constexpr const char* kGravity = "Error in Gyroscope step 1 Gravity rotation test";
 constexpr const char* kField = "Error in Gyroscope step 1 Magnetometer rotation test";
@@ -94,7 +91,5 @@ TEST_F(CompareRotationTest, AComparisonIsReported) {
               "perfectly calibrated system! Expected[Rows=1 Cols=1](Values('0.000000;')) "
               "!rotation_agreement_degrees! threshold(Values('15.000000')) ! FAILED!))");
 }
-
-}  // namespace
 
 }  // namespace tavocal::test

@@ -1,7 +1,5 @@
 #include "app/RunReport.h"
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <sstream>
 
@@ -15,9 +13,9 @@ namespace tavocal::test {
 
 TEST(RunReportTest, EachKindOfRunHasItsFileAndType) {
     std::istringstream rows(
-        "1 0 AGM NewMotionFull  1 1 AGM MotionMin  1 2 AGM Motion4Steps  2 0 Als Als  3 0 | "
-        "MagnetometerPreTest "
-        "4 0 | 7stepsTest  4 1 | FaceUpTest  4 2 | 4StepsTest  4 3 | 4StepsMagTest");
+        "1 0 AGM NewMotionFull  1 1 AGM MotionMin  1 2 AGM Motion4Steps  2 0 Als Als  4 0 | "
+        "7stepsTest "
+        "3 0 | MagnetometerPreTest  4 1 | FaceUpTest  4 2 | 4StepsTest  4 3 | 4StepsMagTest");
     int command = 0, flow = 0;
     for (std::string file, type; rows >> command >> flow >> file >> type;) {
         const TempFolder folder;

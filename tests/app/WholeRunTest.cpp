@@ -11,11 +11,9 @@
 // The numbers of whole runs of the program, on recordings and live.
 namespace tavocal::test {
 
-namespace {
-
 // The numbers of the matrix or vector that the program prints under a title.
-std::vector<double> printed(const std::string& output, const std::string& title,
-                            std::size_t count) {
+static std::vector<double> printed(const std::string& output, const std::string& title,
+                                   std::size_t count) {
     std::istringstream text(from(output, title + ":\n").substr(title.size() + 2));
     std::vector<double> numbers(count, NAN);
     for (double& number : numbers) {
@@ -75,7 +73,5 @@ TEST(WholeRunTest, ASecondLiveCalibrationFindsTheSame) {
     EXPECT_EQ(offset("currentCalibration.xml"), first);
     EXPECT_NEAR(offset("resultCalibration.xml"), first, 2000.0);
 }
-
-}  // namespace
 
 }  // namespace tavocal::test

@@ -1,15 +1,11 @@
 #include "formats/AlsConfig.h"
 
-#include <gtest/gtest.h>
-
 #include "support/Lines.h"
 #include "support/Outcome.h"
 #include "support/TempFolder.h"
 #include "support/TextTable.h"
 
 namespace tavocal::test {
-namespace {
-
 class AlsConfigTest : public testing::Test {
   protected:
     // The levels and the delay as text, or the failure.
@@ -45,5 +41,4 @@ TEST_F(AlsConfigTest, MissingFileAndWhatTheFileDoesNotTell) {
     EXPECT_EQ(config.values, (std::vector<int>{2000, 1000}));
 }
 
-}  // namespace
 }  // namespace tavocal::test

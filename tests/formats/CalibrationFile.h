@@ -1,12 +1,7 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <map>
-#include <memory>
 #include <sstream>
-#include <string>
-#include <vector>
 
 #include "base/Text.h"
 #include "firmware/FakeKelu.h"

@@ -4,10 +4,8 @@
 #include "formats/CalibrationFile.h"
 
 namespace tavocal::test {
-namespace {
-
-std::shared_ptr<Sensor> sensorWith(const LUID& luid, const CalibrationBlock& original,
-                                   const CalibrationBlock& toWrite = {}) {
+static std::shared_ptr<Sensor> sensorWith(const LUID& luid, const CalibrationBlock& original,
+                                          const CalibrationBlock& toWrite = {}) {
     auto sensor = makeSensor(luid);
     sensor->originalCalibration = original;
     sensor->calibrationLoaded = true;
@@ -90,5 +88,4 @@ TEST_F(CalibrationXmlTest, FilesThatAreNone) {
     }
 }
 
-}  // namespace
 }  // namespace tavocal::test

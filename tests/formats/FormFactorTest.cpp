@@ -2,14 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <vector>
-
 namespace tavocal::test {
-namespace {
-
 // Each name at the index of its value, nothing else known.
-void expectNames(const std::vector<std::string>& names, std::string (*textOf)(std::uint8_t),
-                 bool (*fromText)(const std::string&, std::uint8_t&)) {
+static void expectNames(const std::vector<std::string>& names, std::string (*textOf)(std::uint8_t),
+                        bool (*fromText)(const std::string&, std::uint8_t&)) {
     std::uint8_t value = 0xCC;
     for (const std::string text : {"", "2in1", "TABLET ", "MI", "BOTTOMS", "top"}) {
         EXPECT_FALSE(fromText(text, value)) << text;
@@ -28,5 +24,4 @@ TEST(FormFactorTest, NamesAndValuesBelongTogether) {
     expectNames({"BOTTOM", "TOP", "LEFT", "RIGHT"}, hingeText, hingeFromText);
 }
 
-}  // namespace
 }  // namespace tavocal::test

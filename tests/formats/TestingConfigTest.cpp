@@ -1,12 +1,9 @@
 #include "formats/TestingConfig.h"
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <iomanip>
 #include <sstream>
 #include <variant>
-#include <vector>
 
 #include "platform/Files.h"
 #include "support/Outcome.h"
