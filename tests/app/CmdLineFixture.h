@@ -1,15 +1,10 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <fstream>
 #include <sstream>
-#include <string>
-#include <vector>
 
 #include "app/CmdLine.h"
-#include "base/Failures.h"
-#include "support/MessageOf.h"
+#include "support/Outcome.h"
 #include "support/TextTable.h"
 #include "support/WorkingFolder.h"
 

@@ -1,7 +1,6 @@
 #include "app/CmdLine.h"
 
 #include "app/CmdLineFixture.h"
-#include "support/TempFolder.h"
 
 namespace tavocal::test {
 
@@ -31,13 +30,6 @@ TEST_F(CmdLineTest, NamesMatchWithoutCaseAndValuesByTheTablesSpelling) {
     EXPECT_EQ(failureOf("-MagTest -ExportAllFiles " + longest), kNoFailure);
     EXPECT_EQ(failureOf("-MagTest -exportAllFiles *" + longest),
               "Invalid value of: 'exportAllFiles', length exceeds 255");
-}
-
-TEST_F(CmdLineTest, UsageText) {
-    const std::string text = fileContent(TAVOCAL_TESTS "/app/usage.txt");
-    EXPECT_EQ(cmdLine.usage("C:\\my tools\\tavocal.exe"), text);
-    // A slash separates no folder here.
-    EXPECT_TRUE(cmdLine.usage("./tavocal").find("\n./tavocal -MagTest ") != std::string::npos);
 }
 
 }  // namespace tavocal::test

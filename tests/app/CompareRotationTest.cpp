@@ -1,19 +1,15 @@
-#include <gtest/gtest.h>
 
 #include <cmath>
 
 #include "app/CrossSensorChecks.h"
-#include "base/Text.h"
 #include "numerics/NumericsTesting.h"
-#include "platform/Console.h"
 #include "sensors/Gyroscope.h"
 #include "support/Angles.h"
 #include "support/FakeRun.h"
 #include "support/MotionReplay.h"
+#include "support/Outcome.h"
 
 namespace tavocal::test {
-
-namespace {
 
 constexpr const char* kGravity = "Error in Gyroscope step 1 Gravity rotation test";
 constexpr const char* kField = "Error in Gyroscope step 1 Magnetometer rotation test";
@@ -44,10 +40,9 @@ class CompareRotationTest : public ::testing::Test {
     // The first line that is printed; nothing is if all agree.
     std::string failure(const std::shared_ptr<Sensor>& a, const std::shared_ptr<Sensor>& g,
                         const std::shared_ptr<Sensor>& m) {
-        ::testing::internal::CaptureStdout();
-        const bool passed = CrossSensorChecks({}, {}, run).compareRotation(a, g, m);
-        platform::Console::instance().flush();
-        const std::string printed = ::testing::internal::GetCapturedStdout();
+        bool passed = false;
+        const std::string printed =
+            printedBy([&] { passed = CrossSensorChecks({}, {}, run).compareRotation(a, g, m); });
         EXPECT_EQ(passed, printed.empty());
         return printed.substr(0, printed.find('\n'));
     }
@@ -96,7 +91,5 @@ TEST_F(CompareRotationTest, AComparisonIsReported) {
               "perfectly calibrated system! Expected[Rows=1 Cols=1](Values('0.000000;')) "
               "!rotation_agreement_degrees! threshold(Values('15.000000')) ! FAILED!))");
 }
-
-}  // namespace
 
 }  // namespace tavocal::test

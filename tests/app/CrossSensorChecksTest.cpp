@@ -1,22 +1,17 @@
 #include "app/CrossSensorChecks.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <limits>
 #include <map>
 
-#include "base/Failures.h"
 #include "base/Text.h"
 #include "support/Angles.h"
 #include "support/FakeRun.h"
-#include "support/MessageOf.h"
 #include "support/MotionReplay.h"
+#include "support/Outcome.h"
 #include "support/TextTable.h"
 
 namespace tavocal::test {
-
-namespace {
 
 constexpr double kGap = 1000.0;  // a stage lasts as long as the gap behind it
 constexpr int kFirstTilt = 3;    // the gap behind the second stage
@@ -40,8 +35,7 @@ class StillRun {
         for (const auto& [name, sensor] : sensors) {
             list.push_back(sensor);
         }
-        return messageOf<CalibrationException>(
-            [&] { CrossSensorChecks(list, selected, run).checkCalibration(); });
+        return failureOf([&] { CrossSensorChecks(list, selected, run).checkCalibration(); });
     }
 
     // What the sensor says in a gap is that far off what it says in the stages.
@@ -77,7 +71,7 @@ class StillRun {
 };
 
 // The failure with the reasons of these rows of the table, counted from 1.
-std::string failureOf(const std::vector<std::size_t>& rows) {
+static std::string told(const std::vector<std::size_t>& rows) {
     std::string text = "Calibration failed. Reason: ";
     for (const std::size_t row : rows) {
         text += rowsOf("app/cross-checks.txt").at(row - 1).second + "\n";
@@ -85,13 +79,11 @@ std::string failureOf(const std::vector<std::size_t>& rows) {
     return text;
 }
 
-}  // namespace
-
 TEST(CrossSensorChecksTest, EachLimitIsTheLargestValueThatPasses) {
     std::size_t row = 0;
-    for (const auto& [told, reason] : rowsOf("app/cross-checks.txt")) {
+    for (const auto& [limits, reason] : rowsOf("app/cross-checks.txt")) {
         ++row;
-        std::istringstream words(told);
+        std::istringstream words(limits);
         std::string sensor, without, parameter, item;
         char bar = 0;
         double limit = 0.0;
@@ -107,7 +99,7 @@ TEST(CrossSensorChecksTest, EachLimitIsTheLargestValueThatPasses) {
             test.sensors.erase(without);
             isDip ? test.spreadDip(sensor, value) : test.deviate(sensor, value);
             const bool fails = value > limit;
-            EXPECT_EQ(test.failure(), fails ? failureOf({row}) : kNoFailure);
+            EXPECT_EQ(test.failure(), fails ? told({row}) : kNoFailure);
             const std::string report = reportOf(*test.sensors.at(sensor));
             EXPECT_EQ(report.empty(), !fails);
             EXPECT_EQ(contains(report, " FailureParameter=" + parameter + "](" + item +
@@ -125,14 +117,14 @@ TEST(CrossSensorChecksTest, EveryDisagreementIsToldAndTheFirstReported) {
         test.deviate("Magnetometer" + suffix, 1001.0);
         test.deviate("Accelerometer" + suffix, std::numeric_limits<double>::quiet_NaN());
     }
-    EXPECT_EQ(test.failure(), failureOf({1, 2, 3, 4, 5, 6, 7}));
+    EXPECT_EQ(test.failure(), told({1, 2, 3, 4, 5, 6, 7}));
     EXPECT_FALSE(test.sensors.at("Accelerometer")->report.exists());
     EXPECT_EQ(test.failure({true, false, false}), kNoFailure);
-    EXPECT_EQ(test.failure({true, true, false}), failureOf({5, 6, 7}));
-    EXPECT_EQ(test.failure({false, true, true}), failureOf({3, 4}));
-    EXPECT_EQ(test.failure({true, false, true}), failureOf({1, 2}));
+    EXPECT_EQ(test.failure({true, true, false}), told({5, 6, 7}));
+    EXPECT_EQ(test.failure({false, true, true}), told({3, 4}));
+    EXPECT_EQ(test.failure({true, false, true}), told({1, 2}));
     test.sensors.erase("Accelerometer");
-    EXPECT_EQ(test.failure(), failureOf({2, 3, 4, 6}));
+    EXPECT_EQ(test.failure(), told({2, 3, 4, 6}));
 }
 
 // The device turns about the vertical in every other gap, which shows an accelerometer nothing; a
@@ -144,8 +136,7 @@ TEST(CrossSensorChecksTest, GapsThatAreFollowed) {
             test.deviate("Accelerometer" + suffix, 2.0, gap);
             test.deviate("Magnetometer" + suffix, 2000.0, gap);
         }
-        EXPECT_EQ(test.failure(), gap % 4 == 3 ? failureOf({3, 4, 5, 6, 7}) : failureOf({3}))
-            << gap;
+        EXPECT_EQ(test.failure(), gap % 4 == 3 ? told({3, 4, 5, 6, 7}) : told({3})) << gap;
         test.run.times.resize(13);
         EXPECT_NE(test.failure(), "Internal error");
         test.run.times.resize(12);

@@ -9,25 +9,18 @@ using RunSettingsTest = CmdLineFixture;
 std::string describe(const RunSettings& settings) {
     std::string text = std::to_string(static_cast<int>(settings.runCommand)) + "/" +
                        std::to_string(static_cast<int>(settings.flowType));
-    const std::pair<const char*, bool> kWords[] = {{" calibrating", settings.isCalibrating},
-                                                   {" testing", settings.isTesting},
-                                                   {" magTest", settings.isMagTest},
-                                                   {" offline", settings.isOffline},
-                                                   {" dumps", settings.usesDumps},
-                                                   {" exports", settings.exportsXml},
-                                                   {" imports", settings.importsXml},
-                                                   {" updates", settings.updatesTavo},
-                                                   {" A", settings.selectAccelerometer},
-                                                   {" G", settings.selectGyroscope},
-                                                   {" M", settings.selectMagnetometer},
-                                                   {" folder", settings.exportFolderSet},
-                                                   {" |", true},
-                                                   {" alone", settings.runsWithoutDevice()},
-                                                   {" reads", settings.readsFirmware()},
-                                                   {" writes", settings.writesFirmware()},
-                                                   {" samples", settings.samples()}};
-    for (const auto& [word, isSet] : kWords) {
-        text += isSet ? word : "";
+    std::istringstream words(
+        "calibrating testing magTest offline dumps exports imports updates A G M folder | alone "
+        "reads writes samples");
+    std::string word;
+    for (const bool isSet :
+         {settings.isCalibrating, settings.isTesting, settings.isMagTest, settings.isOffline,
+          settings.usesDumps, settings.exportsXml, settings.importsXml, settings.updatesTavo,
+          settings.selectAccelerometer, settings.selectGyroscope, settings.selectMagnetometer,
+          settings.exportFolderSet, true, settings.runsWithoutDevice(), settings.readsFirmware(),
+          settings.writesFirmware(), settings.samples()}) {
+        words >> word;
+        text += isSet ? " " + word : "";
     }
     return text + " | " + settings.exportFolder + ", " + settings.dumpFolder + ", " +
            settings.dumpPrefix + ".";

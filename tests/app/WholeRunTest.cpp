@@ -11,28 +11,9 @@
 // The numbers of whole runs of the program, on recordings and live.
 namespace tavocal::test {
 
-namespace {
-
-class WholeRunTest : public ::testing::Test {
-  protected:
-    simulator::RecordingTruth recorded(bool crlf = false) {
-        const simulator::Recording recording = record(options);
-        EXPECT_EQ(recording.writeTo(folder.path("dumps"), crlf), "");
-        return recording.truth;
-    }
-
-    std::string replay(std::vector<std::string> arguments) {
-        arguments.insert(arguments.end(), {"-UseRawData", "dumps", "-ExportAllFiles", "out"});
-        return runTavocal(folder.path(), arguments).output;
-    }
-
-    TempFolder folder;
-    simulator::RecordingOptions options;
-};
-
 // The numbers of the matrix or vector that the program prints under a title.
-std::vector<double> printed(const std::string& output, const std::string& title,
-                            std::size_t count) {
+static std::vector<double> printed(const std::string& output, const std::string& title,
+                                   std::size_t count) {
     std::istringstream text(from(output, title + ":\n").substr(title.size() + 2));
     std::vector<double> numbers(count, NAN);
     for (double& number : numbers) {
@@ -41,14 +22,20 @@ std::vector<double> printed(const std::string& output, const std::string& title,
     return numbers;
 }
 
-TEST_F(WholeRunTest, ErrorsOfTheDeviceComeOut) {
+TEST(WholeRunTest, ErrorsOfTheDeviceComeOut) {
+    const TempFolder folder;
+    simulator::RecordingOptions options;
     options.secondary = true;
     for (const auto& [seed, hinge] : {std::pair(1U, "LEFT"), std::pair(2U, "BOTTOM")}) {
         options.seed = seed;
         options.hinge = hinge;
-        const simulator::RecordingTruth truth = recorded();
-        const std::string output = replay({"-CalibrateOffline", "AGM"});
-        for (const auto& [sensor, errors] : truth.sensors) {
+        const simulator::Recording recording = record(options);
+        EXPECT_EQ(recording.writeTo(folder.path("dumps"), false), "");
+        const std::string output =
+            runTavocal(folder.path(), {"-CalibrateOffline", "AGM", "-UseRawData", "dumps",
+                                       "-ExportAllFiles", "out"})
+                .output;
+        for (const auto& [sensor, errors] : recording.truth.sensors) {
             SCOPED_TRACE(sensor + " of seed " + std::to_string(seed));
             const std::size_t suffix = sensor.find("_2");
             const std::string title =
@@ -69,28 +56,15 @@ TEST_F(WholeRunTest, ErrorsOfTheDeviceComeOut) {
     }
 }
 
-TEST_F(WholeRunTest, RunsOfTheSameDumpsGiveTheSameFilesWhateverTheirLineEnds) {
-    const auto files = [this](bool crlf) {
-        recorded(crlf);
-        replay({"-CalibrateOffline", "AGM", "-ExportResult"});
-        return fileContent(folder.path("out/resultCalibration.xml")) +
-               from(fileContent(folder.path("out/AGMLogFile.xml")), " Version=") +
-               fileContent(folder.path("out/calibratedDataDumpGyroscope.csv"));
-    };
-    const std::string first = files(false);
-    EXPECT_EQ(files(false), first);
-    EXPECT_EQ(files(true), first);
-}
-
 // What the firmware does to the readings is undone.
-TEST_F(WholeRunTest, ASecondLiveCalibrationFindsTheSame) {
-    const std::vector<std::string> device = {"--device", "device.txt", "--speed", "50"};
+TEST(WholeRunTest, ASecondLiveCalibrationFindsTheSame) {
+    const TempFolder folder;
     const auto calibrate = [&] {
-        return runLive(folder.path(), device,
+        return runLive(folder.path(), {"--device", "device.txt", "--speed", "50"},
                        {"-Calibrate", "A", "-UpdateTavo", "-ExportAllFiles", "out"})
             .status;
     };
-    const auto offset = [this](const std::string& name) {
+    const auto offset = [&](const std::string& name) {
         return std::stod(from(fileContent(folder.path("out/" + name)), "<OffsetX>").substr(9));
     };
     ASSERT_EQ(calibrate(), 0);
@@ -99,7 +73,5 @@ TEST_F(WholeRunTest, ASecondLiveCalibrationFindsTheSame) {
     EXPECT_EQ(offset("currentCalibration.xml"), first);
     EXPECT_NEAR(offset("resultCalibration.xml"), first, 2000.0);
 }
-
-}  // namespace
 
 }  // namespace tavocal::test

@@ -5,9 +5,6 @@
 #include <deque>
 #include <functional>
 #include <mutex>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include "base/Failures.h"
 #include "firmware/KeluBase.h"

@@ -1,6 +1,5 @@
 #include "firmware/KeluLinux.h"
 
-#include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <sys/un.h>
@@ -12,21 +11,18 @@
 #include <future>
 #include <map>
 
-#include "base/Failures.h"
 #include "firmware/MakeKelu.h"
-#include "support/MessageOf.h"
+#include "support/Outcome.h"
 #include "support/WorkingFolder.h"
 
 namespace tavocal::test {
-namespace {
-
 const Bytes kGuid = {0x2e, 0x9a, 0x57, 0xbb, 0x54, 0xcc, 0x50, 0x44,
                      0xb1, 0xd0, 0x5e, 0x75, 0x20, 0xdc, 0xad, 0x25};
 const std::string kInvalid = "SMHI Error: Invalid device handle";
 const std::string kReadFailed = "SMHI Error: Failed to read from device";
-volatile std::sig_atomic_t alarms = 0;
+static volatile std::sig_atomic_t alarms = 0;
 
-int listenAt(const std::string& path) {
+static int listenAt(const std::string& path) {
     const int listener = ::socket(AF_UNIX, SOCK_SEQPACKET, 0);
     sockaddr_un address{AF_UNIX, {}};
     std::strncpy(address.sun_path, path.c_str(), sizeof(address.sun_path) - 1);
@@ -168,5 +164,4 @@ TEST_F(KeluLinuxTest, CancelledRead) {
     connect(kelu);
 }
 
-}  // namespace
 }  // namespace tavocal::test

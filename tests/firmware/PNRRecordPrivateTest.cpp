@@ -5,7 +5,6 @@
 #include <future>
 #include <map>
 #include <sstream>
-#include <tuple>
 
 #include "base/Logger.h"
 #include "base/Text.h"
@@ -13,6 +12,7 @@
 #include "firmware/PNRRecord.h"
 #include "firmware/SampleReceiver.h"
 #include "sensors/Sensor.h"
+#include "support/Lines.h"
 #include "support/TextTable.h"
 
 namespace tavocal::test {
@@ -39,12 +39,9 @@ Bytes buffer(const std::string& records) {
     return ByteWriter().u32(15).u32(size).append(bytes).take();
 }
 
-const Bytes kSample = buffer(record(kLight + "0100000000000000"
-                                             "01000000"));
+const Bytes kSample = buffer(record(kLight + "010000000000000001000000"));
 // Its second record says that it is longer than the buffer.
-const Bytes kDamaged = buffer(record(kLight + "0100000000000000"
-                                              "01000000") +
-                              "c8");
+const Bytes kDamaged = buffer(record(kLight + "010000000000000001000000") + "c8");
 
 // Knows two sensors and keeps what a session delivers. To be read when the session has stopped.
 class FakeReceiver : public SampleReceiver {
@@ -99,9 +96,8 @@ class PNRRecordPrivateTest : public testing::Test {
     }
     // The lines of the log since then with that text, each from "[LEVEL]: " on.
     std::string log(const std::string& text) const {
-        std::istringstream lines(Logger::instance().text().substr(logStart));
         std::string found;
-        for (std::string line; std::getline(lines, line);) {
+        for (const std::string& line : linesOf(Logger::instance().text().substr(logStart))) {
             found += contains(line, text)
                          ? line.substr(line.find("][", line.find("][") + 2) + 1) + "; "
                          : "";
@@ -132,16 +128,11 @@ class PNRRecordPrivateTest : public testing::Test {
 // The table holds what the log has of it, function by function.
 TEST_F(PNRRecordPrivateTest, InterleavedSensorsGetTheirSamplesInOrder) {
     ASSERT_TRUE(session->start(receiver));
-    kelu->say(buffer(record(kAccelerometer + "dc05000000000000"
-                                             "c0bdf0ff20a1070001000000") +
-                     record("7600000000000002"
-                            "4006000000000000"
-                            "01000000") +
-                     record(kLight + "a406000000000000"
-                                     "39300000") +
+    kelu->say(buffer(record(kAccelerometer + "dc05000000000000c0bdf0ff20a1070001000000") +
+                     record("7600000000000002400600000000000001000000") +
+                     record(kLight + "a40600000000000039300000") +
                      record(kAccelerometer + "ec2c000000000000")));
-    kelu->say(buffer(record(kLight + "ffffffffffffffff"
-                                     "ffffffff")));
+    kelu->say(buffer(record(kLight + "ffffffffffffffffffffffff")));
     kelu->waitUntilBlocked();
     EXPECT_TRUE(session->stop());
     EXPECT_EQ(receiver.deliveries,
@@ -210,15 +201,13 @@ TEST_F(PNRRecordPrivateTest, OddMessagesWhileRecordingAreSkippedAndDamageIsLogge
 TEST_F(PNRRecordPrivateTest, FailureOnTheWorkerEndsTheSession) {
     const auto odd = [] { throw std::runtime_error("odd"); };
     const auto strange = [] { throw 1; };
-    const struct {
-        bool readFails;
-        std::function<void()> onDelivery, onStageDone;
-        std::string line;
-    } cases[] = {{true, strange, [] {}, "[ERROR]: PNR read from FW failed; "},
-                 {true, odd, strange, "[ERROR]: PNR read from FW failed; "},
-                 {false, odd, [] {}, "[ERROR]: PNR session failed: odd; "},
-                 {false, strange, strange, "[ERROR]: PNR session failed; "}};
-    for (const auto& [readFails, onDelivery, onStageDone, line] : cases) {
+    using Callback = std::function<void()>;
+    const std::vector<std::tuple<bool, Callback, Callback, std::string>> cases = {
+        {true, strange, [] {}, "read from FW failed"},
+        {true, odd, strange, "read from FW failed"},
+        {false, odd, [] {}, "session failed: odd"},
+        {false, strange, strange, "session failed"}};
+    for (const auto& [readFails, onDelivery, onStageDone, text] : cases) {
         renew();
         recording = false;
         receiver.onDelivery = onDelivery;
@@ -228,7 +217,7 @@ TEST_F(PNRRecordPrivateTest, FailureOnTheWorkerEndsTheSession) {
         waitForLog("Notify");
         EXPECT_FALSE(session->stop());
         EXPECT_EQ(receiver.stages, std::vector<bool>{false});
-        EXPECT_EQ(log("[ERROR]"), line + "[ERROR]: Notify: 0; ");
+        EXPECT_EQ(log("[ERROR]"), "[ERROR]: PNR " + text + "; [ERROR]: Notify: 0; ");
         EXPECT_FALSE(kelu->connected);
     }
 }

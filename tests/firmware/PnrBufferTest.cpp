@@ -7,13 +7,11 @@
 #include "support/TextTable.h"
 
 namespace tavocal::test {
-namespace {
-
 constexpr LUID kSensor = {0x0073, 0x0102, 0, 0, 2};
 constexpr std::uint64_t kTime = 0xFEDCBA9876543210;
 
 // How many values each record has, with "damaged" behind them.
-std::string walk(const Bytes& message) {
+static std::string walk(const Bytes& message) {
     std::string text;
     PnrBuffer records(message);
     while (const auto next = records.next()) {
@@ -52,5 +50,4 @@ TEST(PnrBufferTest, LengthsAndDamage) {
     }
 }
 
-}  // namespace
 }  // namespace tavocal::test

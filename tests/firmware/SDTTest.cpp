@@ -1,7 +1,5 @@
 #include "firmware/SDT.h"
 
-#include <gtest/gtest.h>
-
 #include <array>
 #include <map>
 #include <sstream>
@@ -9,18 +7,17 @@
 #include "base/Text.h"
 #include "firmware/FakeKelu.h"
 #include "support/Lines.h"
-#include "support/MessageOf.h"
+#include "support/Outcome.h"
 #include "support/TextTable.h"
 
 namespace tavocal::test {
-namespace {
-
 constexpr LUID kGyroscope = {0x0076, 0x1234, 0xABCD, 1, kStaticFlag};
+const Bytes kBlock = {9, 8, 7};
 const TextTable kWords = {{"LUID", "76003412cdab0102"}};
 const std::vector<SampledSensor> kTwoSensors = {{{0x0073, 0, 0, 0, 2}, "Accelerometer"},
                                                 {kGyroscope, "Gyroscope_2"}};
 
-std::string hex(const Bytes& message) {
+static std::string hex(const Bytes& message) {
     return hexText(message.data(), message.size());
 }
 
@@ -28,10 +25,7 @@ std::string hex(const Bytes& message) {
 const std::map<std::string, std::string (*)(SDT&)> kCommands = {
     {"reset", [](SDT& sdt) { return sdt.resetTavo(), std::string(); }},
     {"block", [](SDT& sdt) { return hex(sdt.getCalibrationData(kGyroscope)); }},
-    {"store",
-     [](SDT& sdt) {
-         return sdt.setCalibrationData(kGyroscope, {9, 8, 7}), std::string();
-     }},
+    {"store", [](SDT& sdt) { return sdt.setCalibrationData(kGyroscope, kBlock), std::string(); }},
     {"list",
      [](SDT& sdt) {
          std::string text;
@@ -170,5 +164,4 @@ TEST_F(SDTTest, ChannelFailurePassesThroughAndLeavesTheChannelOpen) {
               "SMHI Error: No channel");
 }
 
-}  // namespace
 }  // namespace tavocal::test

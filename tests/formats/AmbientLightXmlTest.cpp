@@ -1,7 +1,6 @@
 #include "formats/AmbientLightXml.h"
 
 #include "formats/CalibrationFile.h"
-#include "platform/Console.h"
 #include "xml/XmlDocument.h"
 #include "xml/XmlElement.h"
 
@@ -10,10 +9,7 @@ namespace tavocal::test {
 using AmbientLightXmlTest = CalibrationFile;
 
 TEST_F(AmbientLightXmlTest, Scale) {
-    testing::internal::CaptureStdout();
-    expectTableOfTest();
-    platform::Console::instance().flush();
-    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+    EXPECT_EQ(printedBy([this] { expectTableOfTest(); }),
               "Warning: Ambient Light divider value is set to 0. Changing it to 1. Line: "
               "Multiplier\n");
 }
@@ -24,9 +20,9 @@ TEST_F(AmbientLightXmlTest, Steps) {
     XmlDocument document;
     ASSERT_EQ(document.loadBytes("<A><Multiplier Divider='1'>1</Multiplier></A>"),
               XmlResult::Success);
-    EXPECT_EQ(messageOf<CalibrationException>(
-                  [&] { readAmbientLightPayload(*document.firstChild()->asElement(), 1, 0); }),
-              "Calibration data node is NULL.");
+    EXPECT_EQ(
+        failureOf([&] { readAmbientLightPayload(*document.firstChild()->asElement(), 1, 0); }),
+        "Calibration data node is NULL.");
 }
 
 }  // namespace tavocal::test

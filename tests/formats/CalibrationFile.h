@@ -1,21 +1,15 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <map>
-#include <memory>
 #include <sstream>
-#include <string>
-#include <vector>
 
-#include "base/Failures.h"
 #include "base/Text.h"
 #include "firmware/FakeKelu.h"
 #include "firmware/SDT.h"
 #include "formats/CalibrationXml.h"
 #include "sensors/Sensor.h"
 #include "support/Lines.h"
-#include "support/MessageOf.h"
+#include "support/Outcome.h"
 #include "support/TempFolder.h"
 #include "support/TextTable.h"
 
@@ -78,7 +72,7 @@ class CalibrationFile : public testing::Test {
     // The block to write of the file's first sensor in hexadecimal, or the failure.
     std::string outcomeOf(const std::string& text) {
         std::string block;
-        const std::string failure = messageOf<CalibrationException>([&] {
+        const std::string failure = failureOf([&] {
             const CalibrationBlock bytes = load(text).at(0)->calibrationToWrite;
             block = hexText(bytes.data(), bytes.size());
         });

@@ -4,10 +4,8 @@
 #include "formats/CalibrationFile.h"
 
 namespace tavocal::test {
-namespace {
-
-std::shared_ptr<Sensor> sensorWith(const LUID& luid, const CalibrationBlock& original,
-                                   const CalibrationBlock& toWrite = {}) {
+static std::shared_ptr<Sensor> sensorWith(const LUID& luid, const CalibrationBlock& original,
+                                          const CalibrationBlock& toWrite = {}) {
     auto sensor = makeSensor(luid);
     sensor->originalCalibration = original;
     sensor->calibrationLoaded = true;
@@ -67,7 +65,7 @@ TEST_F(CalibrationXmlTest, BlocksAtTheirLimits) {
         const auto sensor = sensorWith(luid, bytesOf(given.substr(16, semicolon - 16)),
                                        bytesOf(given.substr(semicolon + 1)));
         std::string text;
-        const std::string failure = messageOf<CalibrationException>(
+        const std::string failure = failureOf(
             [&] { text = replaceAll(replaceAll(saved({sensor}, false), "    ", ""), "\r\n", ""); });
         EXPECT_TRUE(failure == outcome || contains(text, outcome))
             << given << ": " << failure << text;
@@ -75,10 +73,10 @@ TEST_F(CalibrationXmlTest, BlocksAtTheirLimits) {
 }
 
 TEST_F(CalibrationXmlTest, FilesThatAreNone) {
-    EXPECT_EQ(messageOf<CalibrationException>([&] { saveCalibrationXml(folder.path(), {}, true); }),
+    EXPECT_EQ(failureOf([&] { saveCalibrationXml(folder.path(), {}, true); }),
               "Failed to write to file");
     for (const std::string& path : {std::string(), folder.path("missing.xml"), folder.path()}) {
-        EXPECT_EQ(messageOf<CalibrationException>([&] { loadCalibrationXml(path, firmware.sdt); }),
+        EXPECT_EQ(failureOf([&] { loadCalibrationXml(path, firmware.sdt); }),
                   "Failed to open XML input file");
     }
     for (const auto& [text, failure] : tableOfTest(
@@ -90,5 +88,4 @@ TEST_F(CalibrationXmlTest, FilesThatAreNone) {
     }
 }
 
-}  // namespace
 }  // namespace tavocal::test

@@ -12,8 +12,6 @@
 #include "support/TextTable.h"
 
 namespace tavocal::test {
-namespace {
-
 const std::string kHeader =
     "time[ms],Accelerometer_X[g0],Accelerometer_Y[g0],Accelerometer_Z[g0]\n";
 
@@ -111,5 +109,4 @@ TEST_F(CsvParserTest, SecondSensorHasItsOwnFileAndNames) {
     EXPECT_EQ(failureOf(second), "Cannot read input file FILE");
 }
 
-}  // namespace
 }  // namespace tavocal::test

@@ -1,7 +1,6 @@
 #include "formats/InertialXml.h"
 
 #include "formats/CalibrationFile.h"
-#include "platform/Console.h"
 
 namespace tavocal::test {
 
@@ -19,14 +18,14 @@ TEST_F(InertialXmlTest, StaticData) {
 
 TEST_F(InertialXmlTest, WhiteNoiseGoesIntoThePresentBlock) {
     expectTableOfTest();
-    testing::internal::CaptureStdout();
-    for (const CalibrationBlock& unusable : {CalibrationBlock{}, CalibrationBlock(12, 9)}) {
-        firmware.blocks["0073000100020001"] = unusable;
-        EXPECT_EQ(outcomeOf(lastLoaded()),
-                  "Error. No original scaling for dynamic sensor Accelerometer");
-    }
-    platform::Console::instance().flush();
-    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+    const auto loadOverUnusable = [this] {
+        for (const CalibrationBlock& unusable : {CalibrationBlock{}, CalibrationBlock(12, 9)}) {
+            firmware.blocks["0073000100020001"] = unusable;
+            EXPECT_EQ(outcomeOf(lastLoaded()),
+                      "Error. No original scaling for dynamic sensor Accelerometer");
+        }
+    };
+    EXPECT_EQ(printedBy(loadOverUnusable),
               "Warning: Dynamic sensor calibration data is outdated. Ignoring the dynamic "
               "Accelerometer\n");
 }

@@ -38,9 +38,8 @@ TEST_F(SensorXmlTest, WhatASensorCanHold) {
     expectTableOfTest();
     EXPECT_TRUE(firmware.kelu->written().empty());
     const XmlElement data(L"CalibrationData");
-    EXPECT_EQ(
-        messageOf<CalibrationException>([&] { makeSensor({})->readCalibrationXml(data, 0, 0); }),
-        "Error. No calibration data format is available");
+    EXPECT_EQ(failureOf([&] { makeSensor({})->readCalibrationXml(data, 0, 0); }),
+              "Error. No calibration data format is available");
 }
 
 }  // namespace tavocal::test

@@ -1,17 +1,12 @@
 #include "formats/TestingConfig.h"
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <iomanip>
 #include <sstream>
 #include <variant>
-#include <vector>
 
-#include "base/Failures.h"
-#include "platform/Console.h"
 #include "platform/Files.h"
-#include "support/MessageOf.h"
+#include "support/Outcome.h"
 #include "support/TextTable.h"
 #include "support/WorkingFolder.h"
 
@@ -57,10 +52,7 @@ class TestingConfigTest : public testing::Test {
     // What the file leaves of the defaults; the console shows `screen`.
     Config loaded() {
         Config config;
-        testing::internal::CaptureStdout();
-        failure = messageOf<CalibrationException>([&] { loadTestingConfig(config); });
-        platform::Console::instance().flush();
-        screen = testing::internal::GetCapturedStdout();
+        screen = printedBy([&] { failure = failureOf([&] { loadTestingConfig(config); }); });
         return config;
     }
     Config loaded(const std::string& text) {

@@ -1,16 +1,11 @@
 #include "formats/Unit.h"
 
-#include <gtest/gtest.h>
-
 #include <sstream>
 
-#include "base/Failures.h"
-#include "support/MessageOf.h"
+#include "support/Outcome.h"
 #include "support/TextTable.h"
 
 namespace tavocal::test {
-namespace {
-
 struct UnitRow {
     Unit unit;
     char family;
@@ -60,5 +55,4 @@ TEST(UnitTest, RoundsAtEachStepOfTheWayThroughTheBaseUnit) {
     }
 }
 
-}  // namespace
 }  // namespace tavocal::test
