@@ -109,11 +109,9 @@ TEST_F(MagneticEnvironmentTest, ATurnMustLieInsideTheSamples) {
     const auto single = [&](int first, int last) {
         return failureOf([&] { sensor->checkMagPreTest_singleRotation(first, last, axis); });
     };
-    EXPECT_EQ(single(0, 120), kNoFailure);
-    EXPECT_EQ(single(120, 120), kNoFailure);
-    EXPECT_EQ(single(0, 121), kBadIndex);
-    EXPECT_EQ(single(1, 0), kBadIndex);
-    EXPECT_EQ(single(-1, 1), kBadIndex);
+    for (const auto& [first, last] : {std::pair(0, 120), {120, 120}, {0, 121}, {1, 0}, {-1, 1}}) {
+        EXPECT_EQ(single(first, last), last == 120 ? kNoFailure : kBadIndex) << first;
+    }
     using Boundaries = std::vector<std::uint32_t>;
     for (const Boundaries& boundaries :
          {Boundaries{10, 20, 121}, Boundaries{10, 20}, Boundaries{0, 10, 20},
