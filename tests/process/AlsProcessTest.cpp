@@ -96,14 +96,13 @@ Light flicker(double swing, int count = 10000) {
 
 TEST_F(AlsProcessTest, AsksForTheNumberOfStages) {
     const std::string bad = "Invalid number of stages";
-    for (const char* typed : {"2\r\n", "1"}) {
-        EXPECT_EQ(prepareInteractive(typed), kNoFailure) << typed;
-    }
-    for (const char* typed : {"2 3\n", "99999999999\n"}) {
-        EXPECT_EQ(prepareInteractive(typed), "Invalid number was entered") << typed;
-    }
-    for (const char* typed : {"0\n", "-1\n", "", "2147483647\n"}) {
-        EXPECT_EQ(prepareInteractive(typed), bad) << typed;
+    const std::string noNumber = "Invalid number was entered";
+    using Row = std::pair<const char*, std::string>;
+    for (const auto& [typed, failure] :
+         {Row{"2\r\n", kNoFailure}, Row{"1", kNoFailure}, Row{"2 3\n", noNumber},
+          Row{"99999999999\n", noNumber}, Row{"0\n", bad}, Row{"-1\n", bad}, Row{"", bad},
+          Row{"2147483647\n", bad}}) {
+        EXPECT_EQ(prepareInteractive(typed), failure) << typed;
     }
     EXPECT_EQ(printed,
               "Enter the number of steps to calibrate, valid number should be bigger than 1\n");
