@@ -11,11 +11,9 @@ namespace {
 
 TEST(PreTestProcess, ClosesTheTurnsInItsThirdStep) {
     PreTestProcess process;
-    EXPECT_EQ(process.stageCount, 4);
     EXPECT_EQ(process.runType, RunCommand::MagEnvironmentTest);
     EXPECT_EQ(process.segmentTimes, std::vector<double>(8, 0.0));
-    EXPECT_TRUE(process.isUserPaced());
-    EXPECT_TRUE(process.needsUserInput());
+    EXPECT_TRUE(process.isUserPaced() && process.needsUserInput());
     for (; process.currentStep < 4; ++process.currentStep) {
         process.getInstructions(false);
         EXPECT_EQ(process.isThreeRotationsStage(), process.currentStep == 2);

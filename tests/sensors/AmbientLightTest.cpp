@@ -4,6 +4,7 @@
 
 #include <climits>
 #include <cmath>
+#include <tuple>
 
 #include "base/Text.h"
 #include "sensors/SensorTypes.h"
@@ -100,13 +101,9 @@ TEST_F(AmbientLightTest, MeanAndDeviationOfARange) {
     EXPECT_EQ(light->sampleMean(2, 4), 100.0);
     EXPECT_EQ(light->sampleStdDev(2, 4), 1.0);
     EXPECT_EQ(light->sampleMean(5, 1), 101.0);
-    struct Range {
-        std::int64_t start;
-        std::int64_t count;
-    };
-    for (const Range& r : {Range{0, 0}, Range{-1, 2}, Range{1, 6}, Range{2, -1},
-                           Range{LLONG_MAX, 1}, Range{1, LLONG_MAX}}) {
-        EXPECT_EQ(failureOf([&] { light->sampleStdDev(r.start, r.count); }), kInternal) << r.start;
+    using Range = std::pair<std::int64_t, std::int64_t>;
+    for (const Range& r : {Range{0, 0}, {-1, 2}, {1, 6}, {2, -1}, {LLONG_MAX, 1}, {1, LLONG_MAX}}) {
+        EXPECT_EQ(failureOf([&] { light->sampleStdDev(r.first, r.second); }), kInternal) << r.first;
     }
 }
 
@@ -140,24 +137,18 @@ TEST_F(AmbientLightTest, TurnsLevelsAndMeansIntoOneScale) {
 
 // The scale is cut to two decimals, a multiplier lies from 0 to 200.
 TEST_F(AmbientLightTest, EachLevelMustGiveAUsableMultiplier) {
-    struct Row {
-        int level;
-        double mean;
-        double multiplier;  // 0 if it fails
-        std::string printed;
-    };
-    const std::string valid = "Stage 1 multiplier is ";
-    const std::string invalid = "Invalid multiplier ";
-    for (const Row& row : {Row{123999, 1e5, 123.0, valid + "1.239990\n"},
-                           Row{200, 1.0, 20000.0, valid + "200.000000\n"},
-                           Row{200000001, 1e6, 0.0, invalid + "200.000001 was calculated"},
-                           Row{500, -1000.0, 0.0, invalid + "-0.500000 was calculated"},
-                           Row{500, std::nan(""), 0.0, invalid + "nan was calculated"},
-                           Row{500, 0.0, 0.0, "Invalid light level of 0 was measured"}}) {
+    using Row = std::tuple<int, double, double, std::string>;
+    for (const auto& [level, mean, multiplier, printed] :  // multiplier 0 if it fails
+         {Row{123999, 1e5, 123.0, "Stage 1 multiplier is 1.239990\n"},
+          Row{200, 1.0, 20000.0, "Stage 1 multiplier is 200.000000\n"},
+          Row{200000001, 1e6, 0.0, "Invalid multiplier 200.000001 was calculated"},
+          Row{500, -1000.0, 0.0, "Invalid multiplier -0.500000 was calculated"},
+          Row{500, std::nan(""), 0.0, "Invalid multiplier nan was calculated"},
+          Row{500, 0.0, 0.0, "Invalid light level of 0 was measured"}}) {
         begin();
-        EXPECT_EQ(calibrate({{row.level, row.mean}}), row.printed);
-        EXPECT_EQ(light->multiplier, row.multiplier);
-        EXPECT_EQ(light->calibrationToWrite.empty(), row.multiplier == 0.0);
+        EXPECT_EQ(calibrate({{level, mean}}), printed);
+        EXPECT_EQ(light->multiplier, multiplier);
+        EXPECT_EQ(light->calibrationToWrite.empty(), multiplier == 0.0);
     }
 }
 
@@ -191,14 +182,9 @@ TEST_F(AmbientLightTest, KeepsAllOfTheFirmwaresBlockButTheScale) {
 TEST_F(AmbientLightTest, ValidatesBlocks) {
     const std::string steps = "Invalid Ambient Light Sensor calibration data: not enough ALR steps";
     const std::string format = "Unsupported format of AmbientLightSensor Sensor calibration data";
-    struct Row {
-        std::uint8_t formatId;
-        std::uint8_t stepCount;
-        std::size_t length;
-        std::size_t vendorLength;  // stands behind the steps if there is room
-        std::string failure;
-    };
-    for (const Row& row :
+    // The length of the vendor's part stands behind the steps if there is room.
+    using Row = std::tuple<int, int, std::size_t, int, std::string>;
+    for (const auto& [formatId, stepCount, length, vendorLength, failure] :
          {Row{1, 3, 18, 0, kNoFailure}, Row{1, 2, 18, 0, steps}, Row{1, 3, 17, 0, kBadSize},
           Row{1, 3, 19, 0, kBadSize}, Row{1, 3, 20, 0, kNoFailure}, Row{1, 3, 21, 0, kBadSize},
           Row{1, 3, 21, 1, kNoFailure}, Row{1, 3, 276, 256, kNoFailure}, Row{1, 4, 18, 0, kBadSize},
@@ -206,13 +192,12 @@ TEST_F(AmbientLightTest, ValidatesBlocks) {
           Row{128, 0, 18, 0, kNoFailure}, Row{127, 3, 18, 0, format}, Row{2, 3, 1, 0, format},
           Row{1, 0, 0, 0, kBadSize}}) {
         CalibrationBlock block(1100, 0);
-        block[0] = row.formatId;
-        block[5] = row.stepCount;
-        block[6U + 4U * row.stepCount] = static_cast<std::uint8_t>(row.vendorLength % 256);
-        block[7U + 4U * row.stepCount] = static_cast<std::uint8_t>(row.vendorLength / 256);
-        block.resize(row.length);
-        EXPECT_EQ(failureOf([&] { light->validateCalibrationData(block); }), row.failure)
-            << row.length;
+        block[0] = static_cast<std::uint8_t>(formatId);
+        block[5] = static_cast<std::uint8_t>(stepCount);
+        block[6U + 4U * block[5]] = static_cast<std::uint8_t>(vendorLength % 256);
+        block[7U + 4U * block[5]] = static_cast<std::uint8_t>(vendorLength / 256);
+        block.resize(length);
+        EXPECT_EQ(failureOf([&] { light->validateCalibrationData(block); }), failure) << length;
     }
     // A file's may not be longer than those that are made here.
     EXPECT_EQ(failureOf([&] { light->importCalibration(CalibrationBlock(67, 1)); }),
@@ -220,21 +205,18 @@ TEST_F(AmbientLightTest, ValidatesBlocks) {
 }
 
 TEST_F(AmbientLightTest, UndoesTheFirmwaresScale) {
-    struct Row {
-        std::uint8_t low, high, divider;
-        double factor;
-    };
-    for (const Row& r : {Row{250, 0, 100, 0.4}, Row{250, 0, 0, 0.004}, Row{0, 1, 1, 1.0 / 256},
-                         Row{0, 0, 100, 1.0}}) {
+    using Row = std::pair<CalibrationBlock, double>;
+    for (auto [block, factor] :
+         {Row{{1, 0, 250, 0, 100, 3}, 0.4}, Row{{1, 0, 250, 0, 0, 3}, 0.004},
+          Row{{1, 0, 0, 1, 1, 3}, 1.0 / 256}, Row{{1, 0, 0, 0, 100, 3}, 1}}) {
         begin();
-        CalibrationBlock block{1, 0, r.low, r.high, r.divider, 3};
         block.resize(18);
         light->setCalibrationData(block);
         light->calcReverseSdt();
         Sample sample{0.0, Vector{1000.0, 1.0}};
         light->reverseStaticCalibration(sample);
-        EXPECT_DOUBLE_EQ(sample.values[0], 1000.0 * r.factor);
-        EXPECT_DOUBLE_EQ(sample.values[1], r.factor);
+        EXPECT_DOUBLE_EQ(sample.values[0], 1000.0 * factor);
+        EXPECT_DOUBLE_EQ(sample.values[1], factor);
     }
     const auto reverse = [this] { light->calcReverseSdt(); };
     begin();

@@ -12,8 +12,6 @@
 namespace tavocal::test {
 namespace {
 
-using simulator::Flow;
-
 TEST(ExpectedField, IsWhatTheSimulatedDeviceReads) {
     FakeRun run(FlowType::Full);
     for (const MagnetometerMounting& mounting : kMagnetometerMountings) {
@@ -21,9 +19,8 @@ TEST(ExpectedField, IsWhatTheSimulatedDeviceReads) {
         const auto sensor = mounting.makeSensor(run);
         for (const double dip : {62.0, -35.0}) {
             sensor->setExpectedField(dip * kDegree, 480.0);
-            EXPECT_LT(
-                maxDifference(sensor->expectedValues, mounting.readings(Flow::Full, 480, dip)),
-                1e-9);
+            const Matrix readings = mounting.readings(simulator::Flow::Full, 480.0, dip);
+            EXPECT_LT(maxDifference(sensor->expectedValues, readings), 1e-9);
             EXPECT_EQ(sensor->sinDip, std::sin(dip * kDegree));
             EXPECT_EQ(sensor->cosDip, std::cos(dip * kDegree));
         }

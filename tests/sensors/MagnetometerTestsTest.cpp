@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <functional>
+#include <tuple>
 
 #include "base/Text.h"
 #include "formats/TestingConfig.h"
@@ -11,6 +12,7 @@
 #include "sensors/Ellipsoid.h"
 #include "support/Angles.h"
 #include "support/FakeRun.h"
+#include "support/Lines.h"
 #include "support/MagnetometerMounting.h"
 #include "support/MotionReplay.h"
 #include "support/Outcome.h"
@@ -30,11 +32,6 @@ class MagnetometerTestsTest : public ::testing::Test {
         sensor = kMagnetometerMountings[0].makeSensor(run);
     }
 
-    bool stageNoise(const Vector& deviations) {
-        sensor->stageStds.setRow(2, deviations);
-        return TestMagSTD(*sensor);
-    }
-
     // Samples that swing by so much along the three axes.
     bool staticValues(const Vector& deviations) {
         for (int i = 0; i < 100; ++i) {
@@ -52,12 +49,6 @@ class MagnetometerTestsTest : public ::testing::Test {
         return test(*sensor, center);
     }
 
-    bool scale(const Vector& radii) {
-        Ellipsoid fit;
-        fit.axisGain = radii;
-        return TestMagScale(*sensor, fit);
-    }
-
     FakeRun run{FlowType::MagAccuracyTest};
     std::unique_ptr<Magnetometer> sensor;
 };
@@ -65,19 +56,20 @@ class MagnetometerTestsTest : public ::testing::Test {
 TEST_F(MagnetometerTestsTest, EachLimitIsTheConfigurations) {
     using Config = TestingConfig;
     using Judge = std::function<bool(const Vector&)>;
-    struct Row {
-        std::string label;
-        double Config::*key;
-        double limit;
-        Judge test;
-        Vector good;
-        Vector change;  // once the limit leads to it
+    // The last vector, once the limit is added to the good values, leads to that limit.
+    using Row = std::tuple<std::string, double Config::*, double, Judge, Vector, Vector>;
+    const Judge stds = [this](const Vector& deviations) {
+        sensor->stageStds.setRow(2, deviations);
+        return TestMagSTD(*sensor);
     };
-    const Judge stds = [this](const Vector& v) { return stageNoise(v); };
     const Judge quiet = [this](const Vector& v) { return staticValues(v); };
     const Judge turns = [this](const Vector& v) { return headings(v, TestMagValues); };
     const Judge compass = [this](const Vector& v) { return headings(v, TestDirection); };
-    const Judge round = [this](const Vector& v) { return scale(v); };
+    const Judge round = [this](const Vector& radii) {
+        Ellipsoid fit;
+        fit.axisGain = radii;
+        return TestMagScale(*sensor, fit);
+    };
     const std::string stage2 = "motionless Magnetometer step 2 Std value test";
     const std::string one = "Magnetometer static values test";
     const std::string four = "Magnetometer values test";
@@ -98,20 +90,21 @@ TEST_F(MagnetometerTestsTest, EachLimitIsTheConfigurations) {
         {"Magnet scale test", ratio, 0.15, round, {100, 100}, {0, 100}},
         {"Magnet scale test", ratio, 0.15, round, {100, 100}, {0, -100}},
     };
-    for (const Row& r : rows) {
-        SCOPED_TRACE(r.label);
-        const auto passes = [&](double change) {
+    for (const auto& [label, key, limit, test, good, change] : rows) {
+        SCOPED_TRACE(label);
+        const auto passes = [&, &judge = test, &from = good, &way = change](double times) {
             begin();
-            return r.test(r.good + r.change * change);
+            return judge(from + way * times);
         };
-        EXPECT_EQ(printedBy([&] { EXPECT_TRUE(passes(r.limit * 0.999)); }), "");
+        EXPECT_EQ(printedBy([&, far = limit * 0.999] { EXPECT_TRUE(passes(far)); }), "");
         EXPECT_EQ(run.failures, Failures());
-        const std::string printed = printedBy([&] { EXPECT_FALSE(passes(r.limit * 1.001)); });
-        EXPECT_EQ(printed.substr(0, printed.find('\n')), "Error in " + r.label);
+        const double outside = limit * 1.001;
+        const std::string printed = printedBy([&] { EXPECT_FALSE(passes(outside)); });
+        EXPECT_EQ(linesOf(printed).at(0), "Error in " + label);
         EXPECT_EQ(run.failures, (Failures{{0, "Magnetometer"}}));
         EXPECT_TRUE(contains(reportOf(*sensor), ") ! FAILED!"));
-        testingConfig().*r.key *= 1.01;
-        EXPECT_TRUE(passes(r.limit * 1.001));
+        testingConfig().*key *= 1.01;
+        EXPECT_TRUE(passes(outside));
         printedBy([&] { EXPECT_FALSE(passes(std::nan(""))); });
         testingConfig() = TestingConfig();
     }
