@@ -11,10 +11,15 @@
 // The numbers of whole runs of the program, on recordings and live.
 namespace tavocal::test {
 
+// The part of `text` behind `begin`, which has to be there.
+static std::string behind(const std::string& text, const std::string& begin) {
+    return text.substr(text.find(begin) + begin.size());
+}
+
 // The numbers of the matrix or vector that the program prints under a title.
 static std::vector<double> printed(const std::string& output, const std::string& title,
                                    std::size_t count) {
-    std::istringstream text(from(output, title + ":\n").substr(title.size() + 2));
+    std::istringstream text(behind(output, title + ":\n"));
     std::vector<double> numbers(count, NAN);
     for (double& number : numbers) {
         text >> number;
@@ -32,8 +37,8 @@ TEST(WholeRunTest, ErrorsOfTheDeviceComeOut) {
         const simulator::Recording recording = record(options);
         EXPECT_EQ(recording.writeTo(folder.path("dumps"), false), "");
         const std::string output =
-            runTavocal(folder.path(), {"-CalibrateOffline", "AGM", "-UseRawData", "dumps",
-                                       "-ExportAllFiles", "out"})
+            runProgram(folder.path(), {"tavocal", "-CalibrateOffline", "AGM", "-UseRawData",
+                                       "dumps", "-ExportAllFiles", "out"})
                 .output;
         for (const auto& [sensor, errors] : recording.truth.sensors) {
             SCOPED_TRACE(sensor + " of seed " + std::to_string(seed));
@@ -60,12 +65,13 @@ TEST(WholeRunTest, ErrorsOfTheDeviceComeOut) {
 TEST(WholeRunTest, ASecondLiveCalibrationFindsTheSame) {
     const TempFolder folder;
     const auto calibrate = [&] {
-        return runLive(folder.path(), {"--device", "device.txt", "--speed", "50"},
-                       {"-Calibrate", "A", "-UpdateTavo", "-ExportAllFiles", "out"})
+        return runProgram(folder.path(),
+                          {"tavosim", "run", "--device", "device.txt", "--speed", "50", "--",
+                           "tavocal", "-Calibrate", "A", "-UpdateTavo", "-ExportAllFiles", "out"})
             .status;
     };
     const auto offset = [&](const std::string& name) {
-        return std::stod(from(fileContent(folder.path("out/" + name)), "<OffsetX>").substr(9));
+        return std::stod(behind(fileContent(folder.path("out/" + name)), "<OffsetX>"));
     };
     ASSERT_EQ(calibrate(), 0);
     const double first = offset("resultCalibration.xml");

@@ -53,15 +53,12 @@ class Stage {
   public:
     std::string show(const std::string& command) {
         const Words words = wordsOf(command);
+        if (words[0].starts_with("tavo")) {
+            return run(words);
+        }
         const Words rest(words.begin() + 1, words.end());
-        if (words[0] == "tavocal") {
-            return toolRun(rest);
-        }
-        if (words[0] == "tavosim") {
-            return simulatorRun(rest);
-        }
         if (words[0] == "interrupt") {
-            return simulatorRun({rest.begin() + 2, rest.end()}, rest.at(0));
+            return run({rest.begin() + 1, rest.end()}, rest.at(0));
         }
         return fileCommand(words[0], rest);
     }
@@ -76,20 +73,15 @@ class Stage {
     }
 
   private:
-    std::string toolRun(const Words& arguments) {
-        before = files();
-        return shown(runTavocal(folder.path(), arguments));
-    }
-
-    std::string simulatorRun(const Words& arguments, const std::string& interruptAt = {}) {
-        if (arguments.at(0) != "run") {
-            const ToolResult result = runSimulator(folder.path(), arguments);
-            return result.status == 0 ? "" : shown(result);
+    std::string run(Words words, const std::string& interruptAt = {}) {
+        const bool live = words[0] == "tavosim" && words.at(1) == "run";
+        if (live) {
+            words.insert(words.begin() + 2, {"--speed", kSpeed});
         }
-        before = files();
-        Words all = arguments;
-        all.insert(all.begin() + 1, {"--speed", kSpeed});
-        return shown(runSimulator(folder.path(), all, interruptAt));
+        const bool isTool = live || words[0] == "tavocal";
+        before = isTool ? files() : before;
+        const ToolResult result = runProgram(folder.path(), words, interruptAt);
+        return isTool || result.status != 0 ? shown(result) : "";
     }
 
     std::string shown(ToolResult result) {

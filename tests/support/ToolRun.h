@@ -7,23 +7,14 @@ namespace tavocal::test {
 
 // What a finished program left behind.
 struct ToolResult {
-    std::string output;  // standard output, standard error behind it
+    std::string output;  // standard output and standard error, as they came
     int status = -1;     // exit status; 128 + the signal if one ended it
 };
 
-// Runs the built program with these arguments in `folder`, with nothing on its standard input.
-ToolResult runTavocal(const std::string& folder, const std::vector<std::string>& arguments);
-
-// The same with a simulated firmware and operator around it. `device` are options of the simulator.
-ToolResult runLive(const std::string& folder, const std::vector<std::string>& device,
-                   const std::vector<std::string>& arguments);
-
-// Runs the built simulator with these arguments in `folder`. With a text in `interruptAt` it gets
-// the interrupt signal, which it hands on to the tool, once that has been shown.
-ToolResult runSimulator(const std::string& folder, const std::vector<std::string>& arguments,
-                        const std::string& interruptAt = {});
-
-// The part of `text` from `begin` on; empty if it isn't there.
-std::string from(const std::string& text, const std::string& begin);
+// Runs a program in `folder` with nothing on its standard input. The words "tavocal" and "tavosim"
+// stand for the built programs. Once it has shown `interruptAt`, it gets an interrupt; one that is
+// silent for 20 seconds is ended.
+ToolResult runProgram(const std::string& folder, std::vector<std::string> words,
+                      const std::string& interruptAt = {});
 
 }  // namespace tavocal::test

@@ -1,4 +1,5 @@
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -13,6 +14,8 @@ namespace tavocal::test {
 namespace {
 
 constexpr int kCannotStart = 127;
+// A program that is silent for so long hangs.
+constexpr int kSilenceMs = 20000;
 
 [[noreturn]] void becomeTool(const std::string& folder, std::vector<char*>& argv, int output) {
     const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
@@ -24,13 +27,24 @@ constexpr int kCannotStart = 127;
     _exit(kCannotStart);
 }
 
+// What the writer prints until it ends. One that hangs is interrupted, then killed.
 std::string readAll(int descriptor, pid_t writer, const std::string& interruptAt) {
     std::string text;
     std::array<char, 4096> part{};
-    ssize_t got = 0;
+    ssize_t got = 1;
     bool interrupted = interruptAt.empty();
-    while ((got = read(descriptor, part.data(), part.size())) > 0) {
-        text.append(part.data(), static_cast<std::size_t>(got));
+    int silences = 0;
+    while (got > 0) {
+        pollfd output{descriptor, POLLIN, 0};
+        if (poll(&output, 1, kSilenceMs) == 0) {
+            kill(writer, silences == 0 ? SIGINT : SIGKILL);
+            if (++silences > 2) {
+                return text + "(hangs)\n";
+            }
+            continue;
+        }
+        got = read(descriptor, part.data(), part.size());
+        text.append(part.data(), static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
         if (!interrupted && text.find(interruptAt) != std::string::npos) {
             kill(writer, SIGINT);
             interrupted = true;
@@ -39,10 +53,17 @@ std::string readAll(int descriptor, pid_t writer, const std::string& interruptAt
     return text;
 }
 
-ToolResult runTool(const std::string& folder, std::vector<std::string> words,
-                   const std::string& interruptAt = {}) {
+std::string pathOf(const std::string& word) {
+    return word == "tavocal" ? TAVOCAL_PROGRAM : word == "tavosim" ? TAVOSIM_PROGRAM : word;
+}
+
+}  // namespace
+
+ToolResult runProgram(const std::string& folder, std::vector<std::string> words,
+                      const std::string& interruptAt) {
     std::vector<char*> argv;
     for (std::string& word : words) {
+        word = pathOf(word);
         argv.push_back(word.data());
     }
     argv.push_back(nullptr);
@@ -64,40 +85,6 @@ ToolResult runTool(const std::string& folder, std::vector<std::string> words,
     waitpid(child, &status, 0);
     result.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
     return result;
-}
-
-}  // namespace
-
-ToolResult runTavocal(const std::string& folder, const std::vector<std::string>& arguments) {
-    std::vector<std::string> words = {TAVOCAL_PROGRAM};
-    words.insert(words.end(), arguments.begin(), arguments.end());
-    return runTool(folder, words);
-}
-
-ToolResult runLive(const std::string& folder, const std::vector<std::string>& device,
-                   const std::vector<std::string>& arguments) {
-    std::vector<std::string> words = {TAVOSIM_PROGRAM, "run"};
-    words.insert(words.end(), device.begin(), device.end());
-    words.insert(words.end(), {"--", TAVOCAL_PROGRAM});
-    words.insert(words.end(), arguments.begin(), arguments.end());
-    return runTool(folder, words);
-}
-
-// A program behind "--" is the tool.
-ToolResult runSimulator(const std::string& folder, const std::vector<std::string>& arguments,
-                        const std::string& interruptAt) {
-    std::vector<std::string> words = {TAVOSIM_PROGRAM};
-    words.insert(words.end(), arguments.begin(), arguments.end());
-    const auto separator = std::find(words.begin(), words.end(), "--");
-    if (separator != words.end() && separator + 1 != words.end() && separator[1] == "tavocal") {
-        separator[1] = TAVOCAL_PROGRAM;
-    }
-    return runTool(folder, words, interruptAt);
-}
-
-std::string from(const std::string& text, const std::string& begin) {
-    const std::size_t at = text.find(begin);
-    return at == std::string::npos ? std::string() : text.substr(at);
 }
 
 }  // namespace tavocal::test
