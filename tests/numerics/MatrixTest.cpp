@@ -1,9 +1,5 @@
 #include "numerics/Matrix.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-
 #include "numerics/NumericsTesting.h"
 
 namespace tavocal::test {
@@ -33,11 +29,9 @@ TEST(MatrixTest, TranspositionLawsHoldExactly) {
         const Matrix a = random.matrix(rows, 5);
         const Matrix b = random.matrix(5, 7);
         const Vector v = random.vector(rows);
-        EXPECT_EQ(transpose(transpose(a)), a);
         EXPECT_EQ(transpose(a * b), transpose(b) * transpose(a));
         EXPECT_EQ(v * a, transpose(a) * v);
         EXPECT_EQ(gram(a), transpose(a) * a);
-        EXPECT_EQ(identity(rows) * a, a);
     });
 }
 
