@@ -9,8 +9,9 @@ namespace {
 
 using Table = std::vector<Vec3>;
 
-const double c = 500.0 * std::cos(65.0 * kRadiansPerDegree);
-const double s = 500.0 * std::sin(65.0 * kRadiansPerDegree);
+// The usual field: 480 mG, 60 degrees down.
+const double c = 480.0 * 0.5;
+const double s = 480.0 * std::sqrt(0.75);
 
 // What the device's own axes read in each still position of a flow, and the turns between them.
 const struct {
@@ -54,8 +55,6 @@ const struct {
 RecordingOptions exactRun() {
     RecordingOptions options;
     options.perfect = true;
-    options.fieldMg = 500.0;
-    options.dipDegrees = 65.0;
     options.noiseG = options.noiseDps = options.noiseMg = 0.0;
     options.jitterMs = 0.0;
     options.holdSeconds = 0.2;
