@@ -10,17 +10,13 @@
 
 namespace tavocal::test {
 
-namespace {
-
 // What `action` adds to the log.
 template <typename Action>
-std::string loggedBy(Action action) {
+static std::string loggedBy(Action action) {
     const std::size_t before = Logger::instance().text().size();
     action();
     return Logger::instance().text().substr(before);
 }
-
-}  // namespace
 
 TEST(LoggerTest, EveryLevelIsLoggedAndErrorAloneIsShown) {
     int level = 0;

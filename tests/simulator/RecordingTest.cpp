@@ -5,19 +5,9 @@
 #include <cmath>
 
 namespace tavocal::simulator {
-namespace {
-
-// Quick to make: 4 stages of a second.
-RecordingOptions shortRun(bool perfect) {
-    RecordingOptions options;
-    options.flow = Flow::FourSteps;
-    options.perfect = perfect;
-    options.holdSeconds = 1.0;
-    return options;
-}
 
 // Of the readings of one stage.
-Vec3 meanOf(const Recording& recording, const std::string& name, std::size_t stage) {
+static Vec3 meanOf(const Recording& recording, const std::string& name, std::size_t stage) {
     const StillStage& still = recording.truth.stages.at(stage);
     Vec3 sum;
     double count = 0.0;
@@ -31,7 +21,8 @@ Vec3 meanOf(const Recording& recording, const std::string& name, std::size_t sta
 }
 
 TEST(RecordingTest, SeedDecidesAndWhatASensorReadsDependsOnNoOther) {
-    RecordingOptions options = shortRun(false);
+    RecordingOptions options;
+    options.flow = Flow::Minimal;
     const Recording once = record(options);
     options.noiseG = 0.1;
     const Recording noisy = record(options);
@@ -45,7 +36,9 @@ TEST(RecordingTest, SeedDecidesAndWhatASensorReadsDependsOnNoOther) {
 
 // Those that no transcript of a run shows.
 TEST(RecordingTest, MistakesAndFaultsShowInTheReadings) {
-    RecordingOptions options = shortRun(true);
+    RecordingOptions options;
+    options.flow = Flow::FourSteps;
+    options.perfect = true;
     options.fault = Fault::EllipticMag;
     EXPECT_NEAR(meanOf(record(options), "Magnetometer", 1).x, 1.3 * 480.0 * std::sqrt(0.75), 2.0);
     options.mistake = Mistake::MovedDevice;
@@ -59,5 +52,4 @@ TEST(RecordingTest, MistakesAndFaultsShowInTheReadings) {
     EXPECT_NEAR(meanOf(record(options), "Magnetometer", 2).x, 1.3 * 240.0 * std::sqrt(0.5), 2.0);
 }
 
-}  // namespace
 }  // namespace tavocal::simulator
