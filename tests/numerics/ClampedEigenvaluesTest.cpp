@@ -1,7 +1,5 @@
 #include "numerics/ClampedEigenvalues.h"
 
-#include <gtest/gtest.h>
-
 #include "numerics/NumericsTesting.h"
 
 namespace tavocal::test {

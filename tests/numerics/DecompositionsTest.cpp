@@ -1,29 +1,17 @@
 #include "numerics/Decompositions.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-
 #include "numerics/NumericsTesting.h"
 
 namespace tavocal::test {
 
-namespace {
-
-// A rotation whose first row has no small element, so that every column is an eigenvector in
-// reach of the closed form.
-Matrix reachableBasis(RandomNumbers& random) {
-    const Matrix basis = rotationMatrix(random.vector(3, 3.0));
-    const Vector first = absValues(row(basis, 0));
-    return std::min({first[0], first[1], first[2]}) > 0.3 ? basis : reachableBasis(random);
-}
-
-}  // namespace
-
 TEST(DecompositionsTest, SvdTakesAMatrixApartAndTogetherAtEveryScale) {
     const Vector values{0.5, 1.0, 2.0};
     forEachSeed([&](RandomNumbers& random) {
-        const Matrix left = reachableBasis(random);
+        Matrix left(3, 3);
+        // No element of the first row is small, so that the closed form reaches every eigenvector.
+        while (std::fabs(left[0][0] * left[0][1] * left[0][2]) < 0.137) {
+            left = rotationMatrix(random.vector(3, 3.0));
+        }
         const Matrix right = rotationMatrix(random.vector(3, 3.0));
         for (const double scale : kScales) {
             const Matrix a = left * diagonal(values * scale) * transpose(right);

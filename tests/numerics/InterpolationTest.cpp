@@ -1,9 +1,5 @@
 #include "numerics/Interpolation.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-
 #include "numerics/NumericsTesting.h"
 
 namespace tavocal::test {

@@ -1,33 +1,22 @@
 #include "numerics/MatrixInverse.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-
 #include "numerics/NumericsTesting.h"
 
 namespace tavocal::test {
-
-namespace {
-
-// What rounding may leave of a * inverted = identity: n products in each element, and an error of
-// the inverse that grows with the condition number.
-void expectInverse(const Matrix& a, const Matrix& inverted) {
-    const double limit = 4 * a.rows() * kEpsilon * norm(flattened(a)) * norm(flattened(inverted));
-    ASSERT_LT(limit, 1e-6);
-    EXPECT_LE(maxDifference(a * inverted, identity(a.rows())), limit);
-    EXPECT_LE(maxDifference(inverted * a, identity(a.rows())), limit);
-}
-
-}  // namespace
 
 TEST(MatrixInverseTest, TimesTheMatrixIsTheIdentity) {
     forEachSeed([](RandomNumbers& random) {
         for (const double scale : kScales) {
             for (const int n : {1, 2, 4, 9, 12, 13, 3}) {
                 const Matrix a = random.matrix(n, n, scale);
-                expectInverse(a, inverse(a));
-                expectInverse(a, n == 3 ? inverse3(a) : inverse(a));
+                for (const Matrix& b : {inverse(a), n == 3 ? inverse3(a) : inverse(a)}) {
+                    // What rounding may leave of the identity: n products in each element, and an
+                    // error of the inverse that grows with the condition number.
+                    const double limit = 4 * n * kEpsilon * norm(flattened(a)) * norm(flattened(b));
+                    ASSERT_LT(limit, 1e-6);
+                    EXPECT_LE(maxDifference(a * b, identity(n)), limit);
+                    EXPECT_LE(maxDifference(b * a, identity(n)), limit);
+                }
             }
         }
     });

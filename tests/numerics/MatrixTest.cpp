@@ -1,22 +1,16 @@
 #include "numerics/Matrix.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-
 #include "numerics/NumericsTesting.h"
 
 namespace tavocal::test {
 
 TEST(MatrixTest, OperationsOnKnownValues) {
-    EXPECT_EQ(Matrix(std::vector<Vector>{{1.0, 2.0}, {4.0, 5.0}}),
-              Matrix(2, 2, {1.0, 2.0, 4.0, 5.0}));
+    EXPECT_EQ(Matrix(std::vector<Vector>{{1, 2}, {4, 5}}), Matrix(2, 2, {1, 2, 4, 5}));
     EXPECT_EQ(Matrix(Vector{1.0, 2.0}), Matrix(2, 1, {1.0, 2.0}));
     EXPECT_TRUE(Matrix(std::vector<Vector>{}) == Matrix() && !(Matrix(2, 3) == Matrix(3, 2)));
     Matrix m(2, 3, {1.0, 2.0, 3.0, 4.0, 5.0, 6.0});
     EXPECT_EQ(m * Matrix(3, 1, {1.0, 0.0, -2.0}), Matrix(2, 1, {-5.0, -8.0}));
-    EXPECT_EQ(m - Matrix(3, 3, std::vector<double>(9, 4.0)),
-              Matrix(2, 3, {-3.0, -2.0, -1.0, 0.0, 1.0, 2.0}));
+    EXPECT_EQ(m - Matrix(3, 3, std::vector<double>(9, 4)), Matrix(2, 3, {-3, -2, -1, 0, 1, 2}));
     EXPECT_EQ(trace(m) + trace(transpose(m)), 12.0);
     m.setRow(0, {7.0, 8.0, 9.0});
     m.setColumn(1, {0.0, -1.0});
@@ -33,11 +27,9 @@ TEST(MatrixTest, TranspositionLawsHoldExactly) {
         const Matrix a = random.matrix(rows, 5);
         const Matrix b = random.matrix(5, 7);
         const Vector v = random.vector(rows);
-        EXPECT_EQ(transpose(transpose(a)), a);
         EXPECT_EQ(transpose(a * b), transpose(b) * transpose(a));
         EXPECT_EQ(v * a, transpose(a) * v);
         EXPECT_EQ(gram(a), transpose(a) * a);
-        EXPECT_EQ(identity(rows) * a, a);
     });
 }
 

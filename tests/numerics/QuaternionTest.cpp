@@ -1,7 +1,5 @@
 #include "numerics/Quaternion.h"
 
-#include <gtest/gtest.h>
-
 #include "numerics/NumericsTesting.h"
 
 namespace tavocal::test {

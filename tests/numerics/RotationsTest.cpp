@@ -1,9 +1,5 @@
 #include "numerics/Rotations.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-
 #include "numerics/NumericsTesting.h"
 #include "support/Angles.h"
 

@@ -1,10 +1,5 @@
 #include "numerics/Vector.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <utility>
-
 #include "numerics/NumericsTesting.h"
 
 namespace tavocal::test {
@@ -44,8 +39,7 @@ TEST(VectorTest, OperationsOnKnownValues) {
     EXPECT_EQ((Vector{49.0} / 49.0)[0], 0.9999999999999999);
     EXPECT_EQ((Vector{1.0, -2.0} / 0.0), (Vector{kInfinity, -kInfinity}));
     // Sums run in index order: 1 is lost against 1e16, and kept once the large ones cancelled.
-    EXPECT_EQ(sum({1e16, 1.0, -1e16}), 0.0);
-    EXPECT_EQ(dot({1e16, 1.0, -1e16}, ones3()), 0.0);
+    EXPECT_TRUE(sum({1e16, 1.0, -1e16}) == 0.0 && dot({1e16, 1.0, -1e16}, ones3()) == 0.0);
 }
 
 TEST(VectorTest, AngleBetweenIsTheTurnAtEveryScale) {
@@ -66,16 +60,15 @@ TEST(VectorTest, AngleBetweenIsTheTurnAtEveryScale) {
 }
 
 TEST(VectorTest, TheFirstOfTheLargestElementsWins) {
-    const auto expectLargest = [](const Vector& values, int index) {
+    for (const auto& [values, index] : {std::pair<Vector, int>{{0.5, -0.5, 0.2}, 0},
+                                        {{0.5, -1.0, 1.0}, 1},
+                                        {{0.0, 0.0, 0.0}, 0},
+                                        {{kNotANumber, 1.0, 2.0}, 2},
+                                        {{-kInfinity, 1.0, 2.0}, 0}}) {
         EXPECT_EQ(getIndexOfAbsoluteMax(values), index);
         EXPECT_EQ(indexOfLargestSquare(values), index);
         EXPECT_EQ(largestMagnitude(values), std::fabs(values[index]));
-    };
-    expectLargest({0.5, -0.5, 0.2}, 0);
-    expectLargest({0.5, -1.0, 1.0}, 1);
-    expectLargest({0.0, 0.0, 0.0}, 0);
-    expectLargest({kNotANumber, 1.0, 2.0}, 2);
-    expectLargest({-kInfinity, 1.0, 2.0}, 0);
+    }
     EXPECT_EQ(indexOfLargestSquare({0.0, 1.0, -2.0, 3.0}), 3);
 }
 

@@ -9,31 +9,22 @@
 
 namespace tavocal::test {
 
-namespace {
-
-// Writes while no file may grow beyond a block: on a disk that is full.
-std::string writeOnFullDisk(const std::string& path, std::size_t size) {
-    rlimit before{};
-    getrlimit(RLIMIT_FSIZE, &before);
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit limit = {4096, before.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &limit);
-    std::string reason = platform::writeFile(path, std::string(size, 'x'));
-    setrlimit(RLIMIT_FSIZE, &before);
-    std::signal(SIGXFSZ, handler);
-    return reason;
-}
-
-}  // namespace
-
 TEST(FilesPosixTest, FileKeepsItsContentWhenTheNewOneDoesNotFit) {
     const TempFolder folder;
     const std::string path = folder.write("calibration.xml", "good");
+    // No file may grow beyond a block: the disk is full.
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit limit = {4096, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+    std::signal(SIGXFSZ, SIG_IGN);
     // A short text fails when it is flushed, a long one while it is written.
     for (const std::size_t size : {5000U, 500000U}) {
-        EXPECT_EQ(writeOnFullDisk(path, size), "File too large") << size;
+        EXPECT_EQ(platform::writeFile(path, std::string(size, 'x')), "File too large") << size;
         EXPECT_EQ(fileContent(path), "good") << size;
     }
+    std::signal(SIGXFSZ, SIG_DFL);
+    setrlimit(RLIMIT_FSIZE, &before);
     EXPECT_EQ(platform::writeTextFile(path, "better"), "");
     // Nothing is left beside it.
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1);

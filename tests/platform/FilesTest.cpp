@@ -42,8 +42,8 @@ TEST(FilesTest, NoFileIsAFolderHasAnEmptyPathOrOneWithNul) {
                                     folder.path("new") + std::string("\0", 1)}) {
         std::string content = "old";
         const bool isFolder = path == folder.path();
-        EXPECT_TRUE(platform::fileExists(path) == isFolder &&
-                    platform::isDirectory(path) == isFolder);
+        EXPECT_EQ(platform::fileExists(path), isFolder);
+        EXPECT_EQ(platform::isDirectory(path), isFolder);
         EXPECT_FALSE(platform::canRead(path) || platform::readFile(path, content));
         EXPECT_EQ(content, "");
         EXPECT_NE(platform::writeFile(path, "x"), "");

@@ -5,12 +5,12 @@
 #include "simulator/Recording.h"
 
 namespace tavocal::simulator {
-namespace {
 
 using Table = std::vector<Vec3>;
 
-const double c = 500.0 * std::cos(65.0 * kRadiansPerDegree);
-const double s = 500.0 * std::sin(65.0 * kRadiansPerDegree);
+// The usual field: 480 mG, 60 degrees down.
+const double c = 480.0 * 0.5;
+const double s = 480.0 * std::sqrt(0.75);
 
 // What the device's own axes read in each still position of a flow, and the turns between them.
 const struct {
@@ -50,24 +50,9 @@ const struct {
     {"MID", "RIGHT", true, {-1, 0, 0}, {0, 1, 0}},  {"2IN1", "LEFT", true, {0, -1, 0}, {-1, 0, 0}},
     {"2IN1", "RIGHT", true, {0, 1, 0}, {1, 0, 0}}};
 
-// A device without errors and noise, held by a hand of stone.
-RecordingOptions exactRun() {
-    RecordingOptions options;
-    options.perfect = true;
-    options.fieldMg = 500.0;
-    options.dipDegrees = 65.0;
-    options.noiseG = options.noiseDps = options.noiseMg = 0.0;
-    options.jitterMs = 0.0;
-    options.holdSeconds = 0.2;
-    options.turnSeconds = 1.5;
-    options.tiltSeconds = 0.9;
-    options.hand = {0.0, 0.0, 0.0};
-    return options;
-}
-
 // The readings in the middles of the stages, and the sums of rate times time between them in
 // degrees.
-Table readings(const Recording& recording, const std::string& sensor, bool betweenStages) {
+static Table readings(const Recording& recording, const std::string& sensor, bool betweenStages) {
     const auto& stages = recording.truth.stages;
     Table result(stages.size() - (betweenStages ? 1 : 0));
     for (const Row& row : recording.rows.at(sensor)) {
@@ -84,13 +69,21 @@ Table readings(const Recording& recording, const std::string& sensor, bool betwe
 }
 
 TEST(PositionsTest, EachHingeReadsItsFrameOfTheGeometry) {
+    // A device without errors and noise, held by a hand of stone.
+    RecordingOptions options;
+    options.perfect = true;
+    options.noiseG = options.noiseDps = options.noiseMg = 0.0;
+    options.jitterMs = 0.0;
+    options.holdSeconds = 0.2;
+    options.turnSeconds = 1.5;
+    options.tiltSeconds = 0.9;
+    options.hand = {0.0, 0.0, 0.0};
     for (const auto& mounting : kMountings) {
+        options.formFactor = mounting.formFactor;
+        options.hinge = mounting.hinge;
+        options.secondary = mounting.secondary;
         for (const auto& expected : kFlows) {
-            RecordingOptions options = exactRun();
             options.flow = expected.flow;
-            options.formFactor = mounting.formFactor;
-            options.hinge = mounting.hinge;
-            options.secondary = mounting.secondary;
             const Recording run = record(options);
             const Vec3 z = cross(mounting.x, mounting.y);
             const auto expectNear = [&](const Table& read, const Table& device, double tolerance) {
@@ -110,5 +103,4 @@ TEST(PositionsTest, EachHingeReadsItsFrameOfTheGeometry) {
     }
 }
 
-}  // namespace
 }  // namespace tavocal::simulator

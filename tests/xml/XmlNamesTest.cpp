@@ -4,8 +4,6 @@
 
 namespace tavocal::test {
 
-namespace {
-
 // First and last of each range of characters, in order, so that what lies between two ranges
 // belongs to neither.
 constexpr std::wstring_view kStarts =
@@ -13,15 +11,13 @@ constexpr std::wstring_view kStarts =
     L"\u2C00\u2FEF\u3001\uD7FF\uF900\uFDCF\uFDF0\uFFFD";
 constexpr std::wstring_view kFurther = L"-.09\u00B7\u00B7\u0300\u036F\u203F\u2040";
 
-bool holds(std::wstring_view ranges, wchar_t character) {
+static bool holds(std::wstring_view ranges, wchar_t character) {
     bool held = false;
     for (std::size_t i = 0; i < ranges.size(); i += 2) {
         held = held || (ranges[i] <= character && character <= ranges[i + 1]);
     }
     return held;
 }
-
-}  // namespace
 
 TEST(XmlNamesTest, JudgesEveryCharacterAndComparesIgnoringCase) {
     for (int code = 0; code <= 0xFFFF; ++code) {
