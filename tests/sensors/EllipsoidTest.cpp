@@ -52,11 +52,9 @@ TEST(Ellipsoid, WithoutCrossTermsKeepsTheOrderOfTheAxes) {
     // The ends of the axes and the corners in between: no product of two coordinates survives.
     std::vector<Sample> samples;
     const Vector axes{400.0, 500.0, 250.0};
-    for (int i = 0; i < 27; ++i) {
+    for (int i = 0; i < 27; i += 2) {
         const Vector v{i % 3 - 1.0, i / 3 % 3 - 1.0, i / 9 - 1.0};
-        if (dot(v, v) == 1.0 || dot(v, v) == 3.0) {
-            samples.push_back({0.0, elementProduct(v, axes) / norm(v)});
-        }
+        samples.push_back({0.0, elementProduct(v, axes) / norm(v)});
     }
     EXPECT_EQ(Ellipsoid(samples).axes, identity(3));
     EXPECT_LT(maxDifference(Ellipsoid(samples, 1.0).inverseAxisGain, axes), 1e-9);
