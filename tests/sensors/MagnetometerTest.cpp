@@ -191,9 +191,9 @@ TEST(Magnetometer, StartsAsItsKind) {
     const auto sensor = kMagnetometerMountings[0].makeSensor(run);
     EXPECT_EQ(sensor->firmwareUnit, Unit::microGauss);
     EXPECT_EQ(sensor->rawDivisor, 1000);
-    EXPECT_EQ(sensor->stillness.stillFloor, 1.0);
-    EXPECT_EQ(sensor->stillness.stillStdLimit, 30.0);
-    EXPECT_EQ(sensor->stillness.stillRangeLimit, 100.0);
+    const auto& still = sensor->stillness;
+    EXPECT_EQ((Vector{still.stillFloor, still.stillStdLimit, still.stillRangeLimit}),
+              (Vector{1.0, 30.0, 100.0}));
     for (int command = 0; command < 5; ++command) {
         EXPECT_EQ(sensor->supportsRunType(static_cast<RunCommand>(command)), command != 2);
     }

@@ -32,14 +32,6 @@ class MagnetometerTestsTest : public ::testing::Test {
         sensor = kMagnetometerMountings[0].makeSensor(run);
     }
 
-    // Samples that swing by so much along the three axes.
-    bool staticValues(const Vector& deviations) {
-        for (int i = 0; i < 100; ++i) {
-            sensor->dataRecieved({10.0 * i, deviations * (i % 2 == 0 ? 1.0 : -1.0)});
-        }
-        return TestStaticValues(*sensor);
-    }
-
     bool headings(const Vector& degrees, bool (*test)(InertialSensor&, const Vector&)) {
         const Vector center{10.0, 20.0, 30.0};
         for (int i = 0; i < 4; ++i) {
@@ -62,7 +54,12 @@ TEST_F(MagnetometerTestsTest, EachLimitIsTheConfigurations) {
         sensor->stageStds.setRow(2, deviations);
         return TestMagSTD(*sensor);
     };
-    const Judge quiet = [this](const Vector& v) { return staticValues(v); };
+    const Judge quiet = [this](const Vector& deviations) {
+        for (int i = 0; i < 100; ++i) {
+            sensor->dataRecieved({10.0 * i, deviations * (i % 2 == 0 ? 1.0 : -1.0)});
+        }
+        return TestStaticValues(*sensor);
+    };
     const Judge turns = [this](const Vector& v) { return headings(v, TestMagValues); };
     const Judge compass = [this](const Vector& v) { return headings(v, TestDirection); };
     const Judge round = [this](const Vector& radii) {
