@@ -99,12 +99,11 @@ TEST_F(MagneticEnvironmentTest, TheThreeTurnsGoAboutThreeAxesInAnyOrder) {
 
 TEST_F(MagneticEnvironmentTest, ATurnMustLieInsideTheSamples) {
     turn(0);
-    int axis = 0;
-    const auto single = [&](int first, int last) {
-        return failureOf([&] { sensor->checkMagPreTest_singleRotation(first, last, axis); });
-    };
     for (const auto& [first, last] : {std::pair(0, 120), {120, 120}, {0, 121}, {1, 0}, {-1, 1}}) {
-        EXPECT_EQ(single(first, last), last == 120 ? kNoFailure : kBadIndex) << first;
+        const auto check = [&, from = first, to = last, axis = 0]() mutable {
+            sensor->checkMagPreTest_singleRotation(from, to, axis);
+        };
+        EXPECT_EQ(failureOf(check), last == 120 ? kNoFailure : kBadIndex) << first;
     }
     using Boundaries = std::vector<std::uint32_t>;
     for (const Boundaries& boundaries :

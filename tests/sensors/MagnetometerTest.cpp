@@ -146,18 +146,13 @@ TEST_F(MagnetometerScript, TheAxesComeFromTheTurnsAlone) {
             reading(inside) = before;
         }
     }
-    for (int i = ind[5]; i < ind[6]; ++i) {
-        reading(i) = Vector(3);
-    }
-    EXPECT_EQ(mathError([this] { errorOfAxes(); }), "Math Error: Failed to invert matrix");
     run.stages = 5;
     run.times.resize(10);
     EXPECT_EQ(failureOf([this] { errorOfAxes(); }),
               "Magnetometer Calibration Error: Failed splitting data to segments");
 }
 
-TEST_F(MagnetometerScript, WhatIsNoEllipsoidIsBlamedOnTheEnvironment) {
-    const std::string text = "Failed to calc magnetometer values, check your magnetic environment";
+TEST_F(MagnetometerScript, WhatIsNoEllipsoidFails) {
     for (const double factor : {0.0, std::nan(""), 1e200}) {
         distortion = identity(3) * factor;
         script();
@@ -165,9 +160,7 @@ TEST_F(MagnetometerScript, WhatIsNoEllipsoidIsBlamedOnTheEnvironment) {
         EXPECT_TRUE(sensor->calibrationToWrite.empty());
     }
     sensor->bufferedData.clear();
-    EXPECT_EQ(printedBy([&] { EXPECT_EQ(failure(), text); }),
-              "[ERROR]: Math exception was thrown when try to calc magnetometer values - "
-              "Math Error: The buffer is empty\n");
+    EXPECT_EQ(failure(), "Failed to calc magnetometer values, check your magnetic environment");
 }
 
 TEST_F(MagnetometerScript, OnlyTheFullAndTheMinimalFlowCompute) {

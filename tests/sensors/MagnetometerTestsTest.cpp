@@ -20,8 +20,6 @@
 namespace tavocal::test {
 namespace {
 
-using Failures = std::vector<std::pair<int, std::string>>;
-
 class MagnetometerTestsTest : public ::testing::Test {
   protected:
     void SetUp() override { begin(); }
@@ -94,11 +92,11 @@ TEST_F(MagnetometerTestsTest, EachLimitIsTheConfigurations) {
             return judge(from + way * times);
         };
         EXPECT_EQ(printedBy([&, far = limit * 0.999] { EXPECT_TRUE(passes(far)); }), "");
-        EXPECT_EQ(run.failures, Failures());
+        EXPECT_TRUE(run.failures.empty());
         const double outside = limit * 1.001;
         const std::string printed = printedBy([&] { EXPECT_FALSE(passes(outside)); });
         EXPECT_EQ(linesOf(printed).at(0), "Error in " + label);
-        EXPECT_EQ(run.failures, (Failures{{0, "Magnetometer"}}));
+        EXPECT_EQ(run.failures, (std::vector{std::pair(0, std::string("Magnetometer"))}));
         EXPECT_TRUE(contains(reportOf(*sensor), ") ! FAILED!"));
         testingConfig().*key *= 1.01;
         EXPECT_TRUE(passes(outside));
