@@ -22,11 +22,8 @@ namespace {
 
 class MagnetometerTestsTest : public ::testing::Test {
   protected:
-    void SetUp() override { begin(); }
-    void TearDown() override { testingConfig() = TestingConfig(); }
-
     void begin() {
-        run = FakeRun(FlowType::MagAccuracyTest, RunCommand::TestCalibration);
+        run.failures.clear();
         sensor = kMagnetometerMountings[0].makeSensor(run);
     }
 
@@ -39,8 +36,8 @@ class MagnetometerTestsTest : public ::testing::Test {
         return test(*sensor, center);
     }
 
-    FakeRun run{FlowType::MagAccuracyTest};
-    std::unique_ptr<Magnetometer> sensor;
+    FakeRun run{FlowType::MagAccuracyTest, RunCommand::TestCalibration};
+    std::unique_ptr<Magnetometer> sensor = kMagnetometerMountings[0].makeSensor(run);
 };
 
 TEST_F(MagnetometerTestsTest, EachLimitIsTheConfigurations) {
