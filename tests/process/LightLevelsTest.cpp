@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <climits>
-#include <vector>
 
 #include "support/Outcome.h"
 
@@ -24,13 +23,13 @@ TEST(LightLevels, RiseOrFallByThreeHundredAndMore) {
           Row{{500, 800, 600}, close}, Row{{500, 800, 800}, close}, Row{{500, 800, 300}, turns},
           Row{{800, 500, 900}, turns}, Row{{INT_MAX, 1, 1000}, turns}, Row{{0}, dark("0")},
           Row{{500, INT_MIN}, dark("-2147483648")}}) {
-        SCOPED_TRACE(testing::PrintToString(levels));
         LightLevels series;
         int step = 0;
         for (; step + 1 < static_cast<int>(levels.size()); ++step) {
             series.accept(step, levels[static_cast<std::size_t>(step)]);
         }
-        EXPECT_EQ(failureOf([&, last = levels.back()] { series.accept(step, last); }), failure);
+        EXPECT_EQ(failureOf([&, last = levels.back()] { series.accept(step, last); }), failure)
+            << testing::PrintToString(levels);
     }
 }
 

@@ -15,10 +15,8 @@ namespace {
 constexpr double kTolerance = 1e-8;
 
 TEST(Ellipsoid, CorrectsAnyEllipsoidToASphere) {
-    for (std::uint64_t seed = 1; seed <= 30; ++seed) {
-        const double scale = seed % 3 == 0 ? 1.0 : seed % 3 == 1 ? 450.0 : 5000.0;
-        SCOPED_TRACE("seed " + std::to_string(seed));
-        RandomNumbers random(seed);
+    forEachSeed([](RandomNumbers& random) {
+        const double scale = std::pow(10.0, random.between(0.0, 4.0));
         Matrix basis = rotationMatrix(random.vector(3, 3.0));
         // The closed form of the axes needs a first column without small elements.
         while (std::min({std::fabs(basis[0][0]), std::fabs(basis[1][0]), std::fabs(basis[2][0])}) <
@@ -45,18 +43,16 @@ TEST(Ellipsoid, CorrectsAnyEllipsoidToASphere) {
         EXPECT_NEAR(ofRadius.meanError(samples, 310.0), 10.0, 1e-3);
         EXPECT_EQ(ofRadius.correction, diagonal(ofRadius.axisGain) * ofRadius.axes);
         EXPECT_LT(maxDifference(ofRadius.inverseAxisGain * 300.0, semiAxes), kTolerance * scale);
-    }
+    });
 }
 
 TEST(Ellipsoid, WithoutCrossTermsKeepsTheOrderOfTheAxes) {
     // The ends of the axes and the corners in between: no product of two coordinates survives.
     std::vector<Sample> samples;
     const Vector axes{400.0, 500.0, 250.0};
-    for (int i = 0; i < 27; ++i) {
+    for (int i = 0; i < 27; i += 2) {
         const Vector v{i % 3 - 1.0, i / 3 % 3 - 1.0, i / 9 - 1.0};
-        if (dot(v, v) == 1.0 || dot(v, v) == 3.0) {
-            samples.push_back({0.0, elementProduct(v, axes) / norm(v)});
-        }
+        samples.push_back({0.0, elementProduct(v, axes) / norm(v)});
     }
     EXPECT_EQ(Ellipsoid(samples).axes, identity(3));
     EXPECT_LT(maxDifference(Ellipsoid(samples, 1.0).inverseAxisGain, axes), 1e-9);
@@ -111,11 +107,7 @@ TEST(EllipseFit, NamesTheConicsThatAreNone) {
     const std::string tail = " found, fit_ellipse: Did not locate an ellipse";
     const std::vector<Vector> parabola{{-2, 4}, {-1, 1}, {0, 0}, {1, 1}, {2, 4}};
     EXPECT_EQ(mathError([&] { Ellipsoid().fitEllipse(parabola); }), "Math Error: Parabola" + tail);
-    std::vector<Vector> hyperbola;
-    for (int i = -8; i <= 8; ++i) {
-        hyperbola.push_back({std::cosh(0.25 * i), std::sinh(0.25 * i)});
-        hyperbola.push_back({-std::cosh(0.25 * i), std::sinh(0.25 * i)});
-    }
+    const std::vector<Vector> hyperbola{{1, 4}, {2, 2}, {4, 1}, {-1, -4}, {-2, -2}, {-4, -1}};
     EXPECT_EQ(mathError([&] { Ellipsoid().fitEllipse(hyperbola); }),
               "Math Error: Hyperbola" + tail);
 }

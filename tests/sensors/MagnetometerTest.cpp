@@ -8,11 +8,9 @@
 #include "base/Text.h"
 #include "numerics/NumericsTesting.h"
 #include "sensors/Ellipsoid.h"
-#include "sensors/SensorTypes.h"
 #include "support/Angles.h"
 #include "support/FakeRun.h"
 #include "support/MagnetometerMounting.h"
-#include "support/MotionReplay.h"
 #include "support/Outcome.h"
 
 namespace tavocal::test {
@@ -148,18 +146,13 @@ TEST_F(MagnetometerScript, TheAxesComeFromTheTurnsAlone) {
             reading(inside) = before;
         }
     }
-    for (int i = ind[5]; i < ind[6]; ++i) {
-        reading(i) = Vector(3);
-    }
-    EXPECT_EQ(mathError([this] { errorOfAxes(); }), "Math Error: Failed to invert matrix");
     run.stages = 5;
     run.times.resize(10);
     EXPECT_EQ(failureOf([this] { errorOfAxes(); }),
               "Magnetometer Calibration Error: Failed splitting data to segments");
 }
 
-TEST_F(MagnetometerScript, WhatIsNoEllipsoidIsBlamedOnTheEnvironment) {
-    const std::string text = "Failed to calc magnetometer values, check your magnetic environment";
+TEST_F(MagnetometerScript, WhatIsNoEllipsoidFails) {
     for (const double factor : {0.0, std::nan(""), 1e200}) {
         distortion = identity(3) * factor;
         script();
@@ -167,15 +160,13 @@ TEST_F(MagnetometerScript, WhatIsNoEllipsoidIsBlamedOnTheEnvironment) {
         EXPECT_TRUE(sensor->calibrationToWrite.empty());
     }
     sensor->bufferedData.clear();
-    EXPECT_EQ(printedBy([&] { EXPECT_EQ(failure(), text); }),
-              "[ERROR]: Math exception was thrown when try to calc magnetometer values - "
-              "Math Error: The buffer is empty\n");
+    EXPECT_EQ(failure(), "Failed to calc magnetometer values, check your magnetic environment");
 }
 
 TEST_F(MagnetometerScript, OnlyTheFullAndTheMinimalFlowCompute) {
     offset = {7.0, 8.0, 9.0};
-    for (const FlowType flow : {FlowType::FourSteps, FlowType::MagAccuracyTest,
-                                FlowType::AccelerometerOnly, FlowType::Minimal}) {
+    for (const FlowType flow :
+         {FlowType::FourSteps, FlowType::MagAccuracyTest, FlowType::Minimal}) {
         run.flowKind = flow;
         sensor = kMagnetometerMountings[0].makeSensor(run);
         sensor->reversal.reverseMatrix = identity(3);
@@ -190,25 +181,16 @@ TEST_F(MagnetometerScript, OnlyTheFullAndTheMinimalFlowCompute) {
 
 TEST(Magnetometer, StartsAsItsKind) {
     FakeRun run(FlowType::Full, RunCommand::MagEnvironmentTest);
-    Magnetometer sensor({kCompassType, 0, 0, 1, kStaticFlag});
-    sensor.setManager(&run);
-    EXPECT_EQ(sensor.getDisplayName(), "Magnetometer_2");
-    EXPECT_EQ(sensor.samplingUnit, Unit::milliGauss);
-    EXPECT_EQ(sensor.firmwareUnit, Unit::microGauss);
-    EXPECT_EQ(sensor.rawDivisor, 1000);
-    EXPECT_TRUE(sensor.canCalibrate);
-    EXPECT_EQ(sensor.stillness.stillFloor, 1.0);
-    EXPECT_EQ(sensor.stillness.stillStdLimit, 30.0);
-    EXPECT_EQ(sensor.stillness.stillRangeLimit, 100.0);
+    const auto sensor = kMagnetometerMountings[0].makeSensor(run);
+    EXPECT_EQ(sensor->firmwareUnit, Unit::microGauss);
+    EXPECT_EQ(sensor->rawDivisor, 1000);
+    const auto& still = sensor->stillness;
+    EXPECT_EQ((Vector{still.stillFloor, still.stillStdLimit, still.stillRangeLimit}),
+              (Vector{1.0, 30.0, 100.0}));
     for (int command = 0; command < 5; ++command) {
-        EXPECT_EQ(sensor.supportsRunType(static_cast<RunCommand>(command)), command != 2);
+        EXPECT_EQ(sensor->supportsRunType(static_cast<RunCommand>(command)), command != 2);
     }
-    run.type = RunCommand::Calibrate;
-    EXPECT_TRUE(sensor.dataRecieved({1.0, {1.0, 2.0, 3.0}}));
-    run.type = RunCommand::MagEnvironmentTest;
-    EXPECT_TRUE(sensor.dataRecieved({2.0, {1.0, 2.0, 3.0}}));
-    EXPECT_FALSE(sensor.dataRecieved({3.0, {1.0, 2.0}}));
-    EXPECT_EQ(sensor.bufferedData.size(), 2U);
+    EXPECT_FALSE(sensor->dataRecieved({3.0, {1.0, 2.0}}));
 }
 
 TEST(Magnetometer, SeesMovementsAboveItsThresholds) {
@@ -225,28 +207,23 @@ TEST(Magnetometer, SeesMovementsAboveItsThresholds) {
 }
 
 TEST(Magnetometer, LimitsDependOnTheFlowAndFollowTheUnit) {
-    using List = std::vector<double>;
     const auto limitsOf = [](FlowType flow, Unit unit) {
         FakeRun run(flow);
         const auto s = kMagnetometerMountings[0].makeSensor(run);
         s->samplingUnit = unit;
         s->setThresholds();
         const GateLimits& l = s->limits;
-        return List{l.offsetLimit,        l.normStdLimit,    l.expectedErrorLimit,
-                    l.whiteNoiseLimit,    l.scaleLimit,      l.rotationLimit,
-                    l.expectedNorm,       l.normTolerance,   s->defaultNoise,
-                    s->faceUpOffsetLimit, s->faceUpStdLimit, s->minSampleSpacing};
+        return Vector{l.offsetLimit,        l.normStdLimit,    l.expectedErrorLimit,
+                      l.whiteNoiseLimit,    l.scaleLimit,      l.rotationLimit,
+                      l.expectedNorm,       l.normTolerance,   s->defaultNoise,
+                      s->faceUpOffsetLimit, s->faceUpStdLimit, s->minSampleSpacing};
     };
-    const List full{10000, 30, 150, 15, 1, 20, 450, 200, 1, 5000, 40, 10};
-    const List other{10000, 30, 150, 50, 1, 1, 450, 200, 1, 5000, 40, 10};
-    for (const FlowType flow : {FlowType::Full, FlowType::Minimal, FlowType::FourSteps,
-                                FlowType::MagAccuracyTest, FlowType::AccelerometerOnly}) {
-        const List& expected = flow == FlowType::Full ? full : other;
+    const Vector full{10000, 30, 150, 15, 1, 20, 450, 200, 1, 5000, 40, 10};
+    const Vector other{10000, 30, 150, 50, 1, 1, 450, 200, 1, 5000, 40, 10};
+    for (const FlowType flow : {FlowType::Full, FlowType::Minimal, FlowType::FourSteps}) {
+        const Vector& expected = flow == FlowType::Full ? full : other;
         EXPECT_EQ(limitsOf(flow, Unit::milliGauss), expected);
-        const List inMicroTesla = limitsOf(flow, Unit::microTesla);
-        for (std::size_t i = 0; i < full.size(); ++i) {
-            EXPECT_NEAR(inMicroTesla[i], expected[i] / 10.0, 1e-9) << i;
-        }
+        EXPECT_LT(maxDifference(limitsOf(flow, Unit::microTesla) * 10.0, expected), 1e-9);
     }
 }
 

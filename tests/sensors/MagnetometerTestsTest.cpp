@@ -20,24 +20,11 @@
 namespace tavocal::test {
 namespace {
 
-using Failures = std::vector<std::pair<int, std::string>>;
-
 class MagnetometerTestsTest : public ::testing::Test {
   protected:
-    void SetUp() override { begin(); }
-    void TearDown() override { testingConfig() = TestingConfig(); }
-
     void begin() {
-        run = FakeRun(FlowType::MagAccuracyTest, RunCommand::TestCalibration);
+        run.failures.clear();
         sensor = kMagnetometerMountings[0].makeSensor(run);
-    }
-
-    // Samples that swing by so much along the three axes.
-    bool staticValues(const Vector& deviations) {
-        for (int i = 0; i < 100; ++i) {
-            sensor->dataRecieved({10.0 * i, deviations * (i % 2 == 0 ? 1.0 : -1.0)});
-        }
-        return TestStaticValues(*sensor);
     }
 
     bool headings(const Vector& degrees, bool (*test)(InertialSensor&, const Vector&)) {
@@ -49,8 +36,8 @@ class MagnetometerTestsTest : public ::testing::Test {
         return test(*sensor, center);
     }
 
-    FakeRun run{FlowType::MagAccuracyTest};
-    std::unique_ptr<Magnetometer> sensor;
+    FakeRun run{FlowType::MagAccuracyTest, RunCommand::TestCalibration};
+    std::unique_ptr<Magnetometer> sensor = kMagnetometerMountings[0].makeSensor(run);
 };
 
 TEST_F(MagnetometerTestsTest, EachLimitIsTheConfigurations) {
@@ -62,7 +49,12 @@ TEST_F(MagnetometerTestsTest, EachLimitIsTheConfigurations) {
         sensor->stageStds.setRow(2, deviations);
         return TestMagSTD(*sensor);
     };
-    const Judge quiet = [this](const Vector& v) { return staticValues(v); };
+    const Judge quiet = [this](const Vector& deviations) {
+        for (int i = 0; i < 100; ++i) {
+            sensor->dataRecieved({10.0 * i, deviations * (i % 2 == 0 ? 1.0 : -1.0)});
+        }
+        return TestStaticValues(*sensor);
+    };
     const Judge turns = [this](const Vector& v) { return headings(v, TestMagValues); };
     const Judge compass = [this](const Vector& v) { return headings(v, TestDirection); };
     const Judge round = [this](const Vector& radii) {
@@ -97,11 +89,11 @@ TEST_F(MagnetometerTestsTest, EachLimitIsTheConfigurations) {
             return judge(from + way * times);
         };
         EXPECT_EQ(printedBy([&, far = limit * 0.999] { EXPECT_TRUE(passes(far)); }), "");
-        EXPECT_EQ(run.failures, Failures());
+        EXPECT_TRUE(run.failures.empty());
         const double outside = limit * 1.001;
         const std::string printed = printedBy([&] { EXPECT_FALSE(passes(outside)); });
         EXPECT_EQ(linesOf(printed).at(0), "Error in " + label);
-        EXPECT_EQ(run.failures, (Failures{{0, "Magnetometer"}}));
+        EXPECT_EQ(run.failures, (std::vector{std::pair(0, std::string("Magnetometer"))}));
         EXPECT_TRUE(contains(reportOf(*sensor), ") ! FAILED!"));
         testingConfig().*key *= 1.01;
         EXPECT_TRUE(passes(outside));

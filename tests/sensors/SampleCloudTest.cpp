@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "numerics/MatrixInverse.h"
 #include "numerics/NumericsTesting.h"
 #include "sensors/Ellipsoid.h"
 
@@ -39,17 +38,10 @@ TEST(SampleCloud, TheAxisIsThatOfTheConeThatTheFieldTraces) {
         Ellipsoid ellipsoid;
         ellipsoid.center = random.vector(3, 300.0);
         std::vector<Sample> samples;
-        Matrix a(200, 3);
-        Vector b(200);
         for (int i = 0; i < 200; ++i) {
             samples.push_back({0, rotationMatrix(axis * (0.03 * i)) * reading + ellipsoid.center});
-            a.setRow(i, ellipsoid.apply(samples.back().values));
-            b[i] = -norm(row(a, i));
         }
-        const Vector found = rotationAxis(samples, ellipsoid);
-        EXPECT_LT(maxDifference(found, axis), 1e-9);
-        // Bit for bit what the whole matrices give.
-        EXPECT_EQ(found, normalized(inverse3(transpose(a) * a) * transpose(a) * b));
+        EXPECT_LT(maxDifference(rotationAxis(samples, ellipsoid), axis), 1e-9);
     });
 }
 
