@@ -15,8 +15,6 @@
 #include "support/TextTable.h"
 
 namespace tavocal::test {
-namespace {
-
 using std::chrono::milliseconds;
 using Messages = std::vector<Bytes>;
 
@@ -265,5 +263,4 @@ TEST_F(PNRRecordPrivateTest, ProcessWideSessionIsMadeAnewAndOutlivesTwoStops) {
     EXPECT_EQ(kelu->written().size(), 12U) << "start, stop, and one stop each before and after";
 }
 
-}  // namespace
 }  // namespace tavocal::test
