@@ -6,10 +6,8 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <cstring>
 #include <filesystem>
 #include <future>
-#include <map>
 
 #include "firmware/MakeKelu.h"
 #include "support/Outcome.h"
@@ -25,7 +23,7 @@ static volatile std::sig_atomic_t alarms = 0;
 static int listenAt(const std::string& path) {
     const int listener = ::socket(AF_UNIX, SOCK_SEQPACKET, 0);
     sockaddr_un address{AF_UNIX, {}};
-    std::strncpy(address.sun_path, path.c_str(), sizeof(address.sun_path) - 1);
+    path.copy(address.sun_path, path.size());
     const void* const any = &address;
     EXPECT_EQ(::bind(listener, static_cast<const sockaddr*>(any), sizeof(address)), 0);
     EXPECT_EQ(::listen(listener, 4), 0);
@@ -36,13 +34,12 @@ static int listenAt(const std::string& path) {
 class KeluLinuxTest : public testing::Test {
   protected:
     ~KeluLinuxTest() override {
-        ::close(connection);
+        hangUp();
         ::close(listener);
     }
     Bytes receive() const {
         Bytes received(5000);
-        const ssize_t size = ::recv(connection, received.data(), received.size(), 0);
-        received.resize(static_cast<std::size_t>(std::max<ssize_t>(size, 0)));
+        received.resize(static_cast<std::size_t>(::recv(connection, received.data(), 5000, 0)));
         return received;
     }
     void send(const Bytes& bytes) const {
@@ -79,9 +76,9 @@ TEST_F(KeluLinuxTest, OnePacketIsOneMessage) {
     EXPECT_EQ(receive(), (Bytes{1, 2, 3}));
     EXPECT_EQ(receive(), Bytes(4000, 7));
     // The rest of a message that is too long is gone.
-    for (const Bytes& bytes : {Bytes{9, 8}, Bytes(4001, 5), Bytes{6}}) {
-        send(bytes);
-    }
+    send({9, 8});
+    send(Bytes(4001, 5));
+    send({6});
     hangUp();
     for (const Bytes& expected : {Bytes{9, 8}, Bytes(4000, 5), Bytes{6}}) {
         EXPECT_EQ(read(kelu), kNoFailure);
@@ -99,13 +96,11 @@ TEST_F(KeluLinuxTest, UnconnectedChannelAndFailuresLeaveNoDescriptor) {
     ::close(listenAt("gone.sock"));
     std::filesystem::create_directory("folder.sock");
     const auto before = files();
-    const std::string enumeration = "Failed to enumerate device interfaces";
-    for (const auto& [path, failure] :
-         std::map<std::string, std::string>{{"nothing", enumeration},
-                                            {"folder.sock", enumeration},
-                                            {"gone.sock", "Failed to create device handle"}}) {
+    for (const std::string path : {"nothing", "folder.sock", "gone.sock"}) {
         KeluLinux failing({path}, std::chrono::milliseconds(5));
-        EXPECT_EQ(messageOf<SmhiException>([&] { failing.Connect(); }), "SMHI Error: " + failure);
+        EXPECT_EQ(messageOf<SmhiException>([&] { failing.Connect(); }),
+                  path == "gone.sock" ? "SMHI Error: Failed to create device handle"
+                                      : "SMHI Error: Failed to enumerate device interfaces");
         EXPECT_EQ(write(failing), kInvalid);
     }
     {
@@ -131,17 +126,15 @@ TEST_F(KeluLinuxTest, TimeOutsLeaveTheChannelOpen) {
     connection = ::accept(listener, nullptr, nullptr);
     // Signals don't end a transfer.
     const auto before = std::signal(SIGALRM, [](int) { alarms = alarms + 1; });
-    const itimerval often{{0, 500}, {0, 500}};
-    const itimerval never{};
+    const itimerval often{{0, 500}, {0, 500}}, never{};
     while (alarms < 3) {
         setitimer(ITIMER_REAL, &often, nullptr);
         EXPECT_EQ(read(hasty), kReadFailed + ", timed out");
         setitimer(ITIMER_REAL, &never, nullptr);
     }
     std::signal(SIGALRM, before);
-    std::string failure = kNoFailure;
-    while (failure == kNoFailure) {
-        failure = write(hasty);
+    std::string failure;
+    while ((failure = write(hasty)) == kNoFailure) {
     }
     EXPECT_EQ(failure, "SMHI Error: Failed to write to device, timed out");
     send({1});

@@ -4,7 +4,6 @@
 
 #include <future>
 #include <map>
-#include <sstream>
 
 #include "base/Logger.h"
 #include "base/Text.h"
@@ -16,37 +15,20 @@
 #include "support/TextTable.h"
 
 namespace tavocal::test {
-namespace {
-
 using std::chrono::milliseconds;
 using Messages = std::vector<Bytes>;
 
 const Bytes kStart = {12, 0, 0, 0, 1, 0, 0};
 const Bytes kStop = {12, 0, 0, 0, 1, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0};
 const Bytes kAccepted = {0x8C, 0, 0, 0};
-const std::string kAccelerometer = "7300000000000002";
-const std::string kLight = "4100000000000002";
-
-// A record, from its LUID and time on, behind its length.
-std::string record(const std::string& fields) {
-    const auto length = static_cast<std::uint8_t>(1 + fields.size() / 2);
-    return hexText(&length, 1) + fields;
-}
-
-Bytes buffer(const std::string& records) {
-    const Bytes bytes = bytesOf(records);
-    const auto size = static_cast<std::uint32_t>(bytes.size());
-    return ByteWriter().u32(15).u32(size).append(bytes).take();
-}
-
-const Bytes kSample = buffer(record(kLight + "010000000000000001000000"));
-// Its second record says that it is longer than the buffer.
-const Bytes kDamaged = buffer(record(kLight + "010000000000000001000000") + "c8");
+// One record of a light sensor; and before one that says that it is longer than the buffer.
+constexpr const char* kSample = "0f00000015000000154100000000000002010000000000000001000000";
+constexpr const char* kDamaged = "0f00000016000000154100000000000002010000000000000001000000c8";
 
 // Knows two sensors and keeps what a session delivers. To be read when the session has stopped.
 class FakeReceiver : public SampleReceiver {
   public:
-    using Delivery = std::tuple<std::shared_ptr<Sensor>, std::vector<double>, double>;
+    using Delivery = std::tuple<std::string, std::vector<double>, double>;
 
     std::optional<Target> findSensor(const std::string& luidText) override {
         const auto found = sensors.find(luidText);
@@ -54,7 +36,7 @@ class FakeReceiver : public SampleReceiver {
     }
     void handleData(const std::shared_ptr<Sensor>& sensor, std::span<const double> values,
                     double timeMs) override {
-        deliveries.emplace_back(sensor, std::vector<double>(values.begin(), values.end()), timeMs);
+        deliveries.push_back({sensor->name, {values.begin(), values.end()}, timeMs});
         onDelivery();
     }
     void stageDone(bool status) override {
@@ -62,12 +44,10 @@ class FakeReceiver : public SampleReceiver {
         onStageDone();
     }
 
-    const std::shared_ptr<Sensor> light = makeSensor({0x0041, 0, 0, 0, 2});
-    const std::shared_ptr<Sensor> accelerometer = makeSensor({0x0073, 0, 0, 0, 2});
-    const std::map<std::string, Target> sensors = {{"0041000000000002", {light, 1000}},
-                                                   {"0073000000000002", {accelerometer, 1000000}}};
-    std::function<void()> onDelivery = [] {};
-    std::function<void()> onStageDone = [] {};
+    const std::map<std::string, Target> sensors = {
+        {"0041000000000002", {makeSensor({0x0041, 0, 0, 0, 2}), 1000}},
+        {"0073000000000002", {makeSensor({0x0073, 0, 0, 0, 2}), 1000000}}};
+    std::function<void()> onDelivery = [] {}, onStageDone = [] {};
     std::vector<Delivery> deliveries;
     std::vector<bool> stages;
 };
@@ -98,15 +78,13 @@ class PNRRecordPrivateTest : public testing::Test {
     std::string log(const std::string& text) const {
         std::string found;
         for (const std::string& line : linesOf(Logger::instance().text().substr(logStart))) {
-            found += contains(line, text)
-                         ? line.substr(line.find("][", line.find("][") + 2) + 1) + "; "
-                         : "";
+            const std::size_t level = line.find("][", line.find("][") + 2) + 1;
+            found += contains(line, text) ? line.substr(level) + "; " : "";
         }
         return found;
     }
     std::size_t logCount(const std::string& text) const {
-        const std::string lines = log(text);
-        return static_cast<std::size_t>(std::count(lines.begin(), lines.end(), ';'));
+        return static_cast<std::size_t>(std::ranges::count(log(text), ';'));
     }
     // What another thread does on its way shows in the log alone. The pause leaves the log to it.
     void waitForLog(const std::string& text, std::size_t count = 1) const {
@@ -128,19 +106,22 @@ class PNRRecordPrivateTest : public testing::Test {
 // The table holds what the log has of it, function by function.
 TEST_F(PNRRecordPrivateTest, InterleavedSensorsGetTheirSamplesInOrder) {
     ASSERT_TRUE(session->start(receiver));
-    kelu->say(buffer(record(kAccelerometer + "dc05000000000000c0bdf0ff20a1070001000000") +
-                     record("7600000000000002400600000000000001000000") +
-                     record(kLight + "a40600000000000039300000") +
-                     record(kAccelerometer + "ec2c000000000000")));
-    kelu->say(buffer(record(kLight + "ffffffffffffffffffffffff")));
+    kelu->say(
+        bytesOf("0f000000 58000000"
+                "1d 7300000000000002 dc05000000000000 c0bdf0ff 20a10700 01000000"
+                "15 7600000000000002 4006000000000000 01000000"
+                "15 4100000000000002 a406000000000000 39300000"
+                "11 7300000000000002 ec2c000000000000"));
+    kelu->say(bytesOf("0f000000 15000000 15 4100000000000002 ffffffffffffffff ffffffff"));
     kelu->waitUntilBlocked();
     EXPECT_TRUE(session->stop());
-    EXPECT_EQ(receiver.deliveries,
-              (std::vector<FakeReceiver::Delivery>{
-                  {receiver.accelerometer, {-1.0, 0.5, 0.000001}, 1.5},
-                  {receiver.light, {12.345}, 1.7},
-                  {receiver.accelerometer, {}, 11.5},
-                  {receiver.light, {-0.001}, 18446744073709551615.0 / 1000.0}}));
+    const std::string light = "AmbientLightSensor";
+    const std::vector<FakeReceiver::Delivery> expected = {
+        {"Accelerometer", {-1.0, 0.5, 0.000001}, 1.5},
+        {light, {12.345}, 1.7},
+        {"Accelerometer", {}, 11.5},
+        {light, {-0.001}, 18446744073709551615.0 / 1000.0}};
+    EXPECT_EQ(receiver.deliveries, expected);
     EXPECT_TRUE(receiver.stages.empty());
     EXPECT_EQ(kelu->cancels, 1) << "a quiet firmware";
     EXPECT_EQ(kelu->written(), (Messages{kStop, kStart, kStop}));
@@ -153,14 +134,11 @@ TEST_F(PNRRecordPrivateTest, InterleavedSensorsGetTheirSamplesInOrder) {
 // What the firmware says to a stop of a session that was left, to a start, or to a stop; how that
 // ends, and what the log warns of.
 TEST_F(PNRRecordPrivateTest, WhatTheFirmwareAnswers) {
-    for (const auto& [given, expected] :
-         tableOfTest("firmware", {{"SAMPLE", hexText(kSample.data(), kSample.size())},
-                                  {"DAMAGED", hexText(kDamaged.data(), kDamaged.size())},
-                                  {"EMPTY", " "}})) {
-        std::string word;
+    const TextTable meanings = {{"SAMPLE", kSample}, {"DAMAGED", kDamaged}, {"EMPTY", " "}};
+    for (const auto& [given, expected] : tableOfTest("firmware", meanings)) {
         Messages said;
-        std::istringstream words(given.substr(given.find(' ') + 1) + " ");
-        while (std::getline(words, word, ' ')) {
+        const std::string words = given.substr(given.find(' ') + 1);
+        for (const std::string& word : linesOf(replaceAll(words, " ", "\n"))) {
             said.push_back(bytesOf(word));
         }
         sayToStart = given.starts_with("start") ? said : Messages{kAccepted};
@@ -180,18 +158,17 @@ TEST_F(PNRRecordPrivateTest, WhatTheFirmwareAnswers) {
 }
 
 TEST_F(PNRRecordPrivateTest, OddMessagesWhileRecordingAreSkippedAndDamageIsLoggedOnce) {
+    const std::string skipped =
+        "[INFO]: Not a SMHI_PNR_REC_PUBLISH_BUF or SMHI_PNR_SESSION_CONTROL_ID message !";
     for (std::size_t run = 1; run <= 2; ++run) {
         ASSERT_TRUE(session->start(receiver)) << "which stops the session before";
-        for (const Bytes& message :
-             {Bytes{}, Bytes{15}, Bytes{0x84, 0, 0, 0}, kAccepted, Bytes{0x8C, 0, 0, 3}, kDamaged,
-              Bytes{15, 0, 0, 0}, kDamaged}) {
-            kelu->say(message);
+        for (const char* message :
+             {"", "0f", "84000000", "8c000000", "8c000003", kDamaged, "0f000000", kDamaged}) {
+            kelu->say(bytesOf(message));
         }
         kelu->waitUntilBlocked();
         EXPECT_EQ(receiver.deliveries.size(), 2 * run);
-        EXPECT_EQ(logCount("[INFO]: Not a SMHI_PNR_REC_PUBLISH_BUF or "
-                           "SMHI_PNR_SESSION_CONTROL_ID message !"),
-                  4 * run);
+        EXPECT_EQ(logCount(skipped), 4 * run);
         EXPECT_EQ(logCount("[WARNING]: Dropped the rest of a buffer with a damaged record"), run);
     }
     session.reset();
@@ -199,11 +176,9 @@ TEST_F(PNRRecordPrivateTest, OddMessagesWhileRecordingAreSkippedAndDamageIsLogge
 }
 
 TEST_F(PNRRecordPrivateTest, FailureOnTheWorkerEndsTheSession) {
-    const auto odd = [] { throw std::runtime_error("odd"); };
-    const auto strange = [] { throw 1; };
     using Callback = std::function<void()>;
-    const std::vector<std::tuple<bool, Callback, Callback, std::string>> cases = {
-        {true, strange, [] {}, "read from FW failed"},
+    const Callback odd = [] { throw std::runtime_error("odd"); }, strange = [] { throw 1; };
+    const std::tuple<bool, Callback, Callback, std::string> cases[] = {
         {true, odd, strange, "read from FW failed"},
         {false, odd, [] {}, "session failed: odd"},
         {false, strange, strange, "session failed"}};
@@ -213,7 +188,7 @@ TEST_F(PNRRecordPrivateTest, FailureOnTheWorkerEndsTheSession) {
         receiver.onDelivery = onDelivery;
         receiver.onStageDone = onStageDone;
         ASSERT_TRUE(session->start(receiver));
-        readFails ? kelu->fail("Failed to read from device") : kelu->say(kSample);
+        readFails ? kelu->fail("Failed to read from device") : kelu->say(bytesOf(kSample));
         waitForLog("Notify");
         EXPECT_FALSE(session->stop());
         EXPECT_EQ(receiver.stages, std::vector<bool>{false});
@@ -231,7 +206,7 @@ TEST_F(PNRRecordPrivateTest, PublishingFirmwareIsNotCancelled) {
         waitForLog("Stop recording");
     };
     ASSERT_TRUE(session->start(receiver));
-    kelu->say(kSample);
+    kelu->say(bytesOf(kSample));
     waitForLog("record Stopped");
     EXPECT_TRUE(stopped.get());
     EXPECT_EQ(kelu->cancels, 0);
@@ -245,9 +220,8 @@ TEST_F(PNRRecordPrivateTest, SilentFirmwareIsGivenUpAndNotAskedAgain) {
     EXPECT_FALSE(session->stop());
     EXPECT_EQ(receiver.stages, std::vector<bool>{false});
     EXPECT_EQ(PnrTiming().afterRefusal, milliseconds(10));
-    const auto requests = kelu->written();
     session.reset();
-    EXPECT_EQ(kelu->written(), requests);
+    EXPECT_EQ(kelu->written(), (Messages{kStop, kStart, kStop}));
 }
 
 TEST_F(PNRRecordPrivateTest, StopRequestThatCannotBeSent) {
@@ -284,11 +258,9 @@ TEST_F(PNRRecordPrivateTest, ProcessWideSessionIsMadeAnewAndOutlivesTwoStops) {
     EXPECT_EQ(first.wait_for(milliseconds(0)), std::future_status::timeout);
     EXPECT_EQ(second.wait_for(milliseconds(0)), std::future_status::timeout);
     kelu->say(kAccepted);
-    EXPECT_TRUE(first.get());
-    EXPECT_TRUE(second.get());
+    EXPECT_TRUE(first.get() && second.get());
     EXPECT_EQ(channels, 3);
     EXPECT_EQ(kelu->written().size(), 12U) << "start, stop, and one stop each before and after";
 }
 
-}  // namespace
 }  // namespace tavocal::test

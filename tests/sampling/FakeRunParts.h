@@ -35,15 +35,11 @@ class FakeSensor : public GenericSensor {
         return called("turns:" + std::to_string(keys.size()));
     }
     bool checkMagPreTest_translation() override { return called("walk"); }
-    bool called(const std::string& call) {
-        calls += call + " ";
-        return call != badCall;
-    }
+    bool called(const std::string& call) { return !(calls += call + " ").empty(); }
 
     std::function<void(const Sample&)> onSample = [](const Sample&) {};
     bool accepts = true;
     double reversal = 0.0;
-    std::string badCall;  // the check that says no
     std::string calls;
 };
 

@@ -24,7 +24,6 @@ TEST(ReplayMerge, GoesByTimeAndThenFromTheLastStream) {
         return order;
     };
     EXPECT_EQ(mergedOrder({{1, 3, 3, 9}, {2, 3}}), "011000");
-    EXPECT_EQ(mergedOrder({{5, 6}, {5}, {5}}), "2100");
     EXPECT_EQ(mergedOrder({{}, {0}, {0, 0}}), "221");
     // What lies before the sample taken last waits until its stream, or nothing else, is left.
     EXPECT_EQ(mergedOrder({{10, 5, 20}, {7, 12}}), "10100");

@@ -13,13 +13,11 @@
 #include "support/WorkingFolder.h"
 
 namespace tavocal::test {
-namespace {
-
 using Minima = std::array<int, 2>;
 
 // Tells the minimal intervals in milliseconds of a primary and a secondary sensor, of
 // which it doesn't tell a negative one. There is no session.
-void serve(int listener, const Minima& minima) {
+static void serve(int listener, const Minima& minima) {
     Bytes request(5000);
     for (int client = 0; (client = accept(listener, nullptr, nullptr)) >= 0; close(client)) {
         while (recv(client, request.data(), request.size(), 0) > 0) {
@@ -62,22 +60,16 @@ TEST(SensorManagerLive, AsksTheFirmwareForTheIntervalOfTheRun) {
         process->runType = command;
         manager.setSensors(fakeSensors({"AmbientLightSensor_2", "AmbientLightSensor"}));
         manager.setProcess(process);
-        if (option > 0) {
-            manager.setSamplingInterval(option);
-        }
+        option > 0 ? manager.setSamplingInterval(option) : void();
         EXPECT_EQ(printedBy([&] { manager.prepareSensors(); }), printed);
-        std::string failure;
-        printedBy([&] { failure = failureOf([&] { manager.startSampling(); }); });
-        EXPECT_EQ(failure, "Failed to start PNRRecord");
-        printedBy([&] { manager.stopSampling(); });
+        EXPECT_EQ(failureOf([&] { manager.startSampling(); }), "Failed to start PNRRecord");
+        manager.stopSampling();
         const std::string log = Logger::instance().text();
-        const std::string told = "Report Interval is " + std::to_string(interval) + "\n";
-        EXPECT_EQ(log.substr(log.rfind("Report Interval is "), told.size()), told);
+        EXPECT_EQ(std::stoi(log.substr(log.rfind("Report Interval is ") + 19)), interval);
         shutdown(listener, SHUT_RDWR);
         firmware.join();
         close(listener);
     }
 }
 
-}  // namespace
 }  // namespace tavocal::test

@@ -5,11 +5,9 @@
 #include "support/Outcome.h"
 
 namespace tavocal::test {
-namespace {
-
 // What the main thread gets after a wait or a key, which status() has to agree with.
 using End = void (StageControl::*)();
-std::string result(StageControl& stages, End end = &StageControl::waitForStage) {
+static std::string result(StageControl& stages, End end = &StageControl::waitForStage) {
     const std::string message = failureOf([&] { (stages.*end)(); });
     return message + (stages.status() == (message == kNoFailure) ? "" : "; status differs");
 }
@@ -47,5 +45,4 @@ TEST(StageControl, FirstReasonCountsAndNoSuccessCoversIt) {
     EXPECT_EQ(result(stages, &StageControl::finishUserStage), "first");
 }
 
-}  // namespace
 }  // namespace tavocal::test
