@@ -17,6 +17,9 @@ else()
             -Wno-null-dereference -Wno-restrict -Wno-array-bounds -Wno-maybe-uninitialized
             -Wno-stringop-overread -Wno-stringop-overflow)
     endif()
+    # A debug build ends where an index lies outside, also where it would go unnoticed.
+    target_compile_definitions(tavocal-options INTERFACE
+        $<$<NOT:$<CONFIG:Release>>:_GLIBCXX_ASSERTIONS>)
     if(TAVOCAL_SANITIZE)
         target_compile_options(tavocal-options INTERFACE
             -fsanitize=${TAVOCAL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)

@@ -6,7 +6,7 @@
 #include "sensors/Gyroscope.h"
 #include "support/Angles.h"
 #include "support/FakeRun.h"
-#include "support/MotionReplay.h"
+#include "support/NamedSensor.h"
 #include "support/Outcome.h"
 
 namespace tavocal::test {

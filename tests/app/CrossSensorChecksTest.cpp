@@ -7,7 +7,7 @@
 #include "base/Text.h"
 #include "support/Angles.h"
 #include "support/FakeRun.h"
-#include "support/MotionReplay.h"
+#include "support/NamedSensor.h"
 #include "support/Outcome.h"
 #include "support/TextTable.h"
 

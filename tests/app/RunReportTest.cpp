@@ -4,7 +4,7 @@
 #include <sstream>
 
 #include "app/RunSettings.h"
-#include "support/MotionReplay.h"
+#include "support/NamedSensor.h"
 #include "support/Outcome.h"
 #include "support/TempFolder.h"
 #include "support/XmlOutline.h"

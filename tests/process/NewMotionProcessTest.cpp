@@ -5,7 +5,7 @@
 #include <map>
 
 #include "support/FakeRun.h"
-#include "support/MotionReplay.h"
+#include "support/NamedSensor.h"
 #include "support/Outcome.h"
 
 namespace tavocal::test {

@@ -12,7 +12,7 @@
 #include "numerics/NumericsTesting.h"
 #include "support/Angles.h"
 #include "support/FakeRun.h"
-#include "support/MotionReplay.h"
+#include "support/NamedSensor.h"
 #include "support/Outcome.h"
 
 namespace tavocal::test {

@@ -14,7 +14,7 @@
 #include "support/FakeRun.h"
 #include "support/Lines.h"
 #include "support/MagnetometerMounting.h"
-#include "support/MotionReplay.h"
+#include "support/NamedSensor.h"
 #include "support/Outcome.h"
 
 namespace tavocal::test {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "support/MotionReplay.h"
+#include "support/NamedSensor.h"
 
 namespace tavocal::test {
 namespace {

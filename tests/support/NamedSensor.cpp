@@ -1,4 +1,4 @@
-#include "support/MotionReplay.h"
+#include "support/NamedSensor.h"
 
 #include "base/Text.h"
 #include "sensors/SensorTypes.h"
@@ -19,7 +19,7 @@ std::shared_ptr<InertialSensor> makeNamedSensor(const std::string& displayName) 
 
 std::string reportOf(Sensor& sensor) {
     const std::unique_ptr<XmlElement> element = sensor.report.release();
-    return element == nullptr ? "" : test::outline(*element);
+    return element == nullptr ? "" : outline(*element);
 }
 
 }  // namespace tavocal::test
