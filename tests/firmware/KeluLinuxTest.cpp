@@ -11,11 +11,10 @@
 
 #include "firmware/MakeKelu.h"
 #include "support/Outcome.h"
+#include "support/TextTable.h"
 #include "support/WorkingFolder.h"
 
 namespace tavocal::test {
-const Bytes kGuid = {0x2e, 0x9a, 0x57, 0xbb, 0x54, 0xcc, 0x50, 0x44,
-                     0xb1, 0xd0, 0x5e, 0x75, 0x20, 0xdc, 0xad, 0x25};
 const std::string kInvalid = "SMHI Error: Invalid device handle";
 const std::string kReadFailed = "SMHI Error: Failed to read from device";
 static volatile std::sig_atomic_t alarms = 0;
@@ -50,7 +49,7 @@ class KeluLinuxTest : public testing::Test {
     void connect(KeluBase& channel) {
         auto connecting = std::async(std::launch::async, [&] { channel.Connect(); });
         connection = ::accept(listener, nullptr, nullptr);
-        EXPECT_EQ(receive(), kGuid);
+        EXPECT_EQ(receive(), bytesOf("2e9a57bb54cc5044b1d05e7520dcad25"));
         send(Bytes(5, 1));
         connecting.get();
     }

@@ -1,8 +1,6 @@
 #include "firmware/SDT.h"
 
-#include <array>
 #include <map>
-#include <sstream>
 
 #include "base/Text.h"
 #include "firmware/FakeKelu.h"
@@ -68,29 +66,26 @@ class SDTTest : public testing::Test {
 TEST_F(SDTTest, EveryCommandWithEveryDamage) {
     for (const auto& [request, rest] : tableOfTest("firmware", kWords)) {
         SCOPED_TRACE(request);
-        std::string answer, needed, result, text;
-        std::istringstream fields(rest);
-        std::getline(std::getline(std::getline(fields, answer, ';'), needed, ';'), result, ';') >>
-            std::ws;
-        std::getline(fields, text);
+        const std::vector<std::string> fields = linesOf(replaceAll(rest, ";", "\n"));
+        const std::size_t needed = std::stoul(fields.at(1));
         const std::string command = request.substr(0, request.find(' '));
-        const Bytes good = bytesOf(answer);
-        const auto failure = [&, told = text](int status) {
+        const Bytes good = bytesOf(fields[0]);
+        const auto failure = [&](int status) {
             const bool invalid = command == "store" && status == 5;
-            return "SMHI Error: " + replaceAll(told, "#", std::to_string(status)) +
+            return "SMHI Error:" + replaceAll(fields.at(3), "#", std::to_string(status)) +
                    (invalid ? " due to invalid parameter" : "");
         };
         for (std::size_t size = 0; size <= good.size(); ++size) {
             const Bytes cut(good.begin(), good.begin() + static_cast<std::ptrdiff_t>(size));
-            EXPECT_EQ(outcome(command, cut), size < std::stoul(needed) ? failure(0) : result)
-                << size;
+            EXPECT_EQ(outcome(command, cut), size < needed ? failure(0) : fields[2]) << size;
             EXPECT_EQ(command + " " + written(), request + "\n");
         }
-        for (const auto& [at, byte, status] : std::vector<std::array<int, 3>>{
-                 {3, 1, 1}, {3, 5, 5}, {3, 255, 255}, {0, good[0] & 0x7F, 0}, {0, 0x8F, 0}}) {
+        const std::pair<std::size_t, int> damages[] = {
+            {3, 1}, {3, 5}, {3, 255}, {0, good[0] & 0x7F}, {0, 0x8F}};
+        for (const auto& [at, byte] : damages) {
             Bytes damaged = good;
-            damaged[static_cast<std::size_t>(at)] = static_cast<std::uint8_t>(byte);
-            EXPECT_EQ(outcome(command, damaged), failure(status)) << at << " " << byte;
+            damaged[at] = static_cast<std::uint8_t>(byte);
+            EXPECT_EQ(outcome(command, damaged), failure(at == 3 ? byte : 0)) << at << " " << byte;
         }
     }
 }

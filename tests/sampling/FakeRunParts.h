@@ -75,11 +75,10 @@ class FakeProcess : public Process {
 
     // The first one is wanted most, and the only offer that is enough.
     std::vector<std::string> types = {"Accelerometer", "Gyroscope", "Magnetometer"};
-    std::string indicators = "Accelerometer;";  // display names, each with a ";" behind it
+    std::string calls, indicators = "Accelerometer;";  // display names, a ";" behind each
     bool paced = false;
     std::function<void()> onControl = [] {};
     std::shared_ptr<Sensor> offered;  // last
-    std::string calls;
 };
 
 }  // namespace tavocal::test
