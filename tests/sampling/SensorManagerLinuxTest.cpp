@@ -21,11 +21,13 @@ static void serve(int listener, const Minima& minima) {
     Bytes request(5000);
     for (int client = 0; (client = accept(listener, nullptr, nullptr)) >= 0; close(client)) {
         while (recv(client, request.data(), request.size(), 0) > 0) {
-            const int minimum = minima[request[smhi::kRequestLuidAt + 6]];
+            // Only a property's request names its sensor there.
+            const bool asks = request[0] == smhi::kGetProperty;
+            const int minimum = asks ? minima.at(request[smhi::kRequestLuidAt + 6]) : -1;
             const bool set = request[0] == smhi::kSetProperty;
             const Bytes reply =
                 request[0] == 0x2E ? simulator::greeting()  // a client's GUID
-                : request[0] == smhi::kGetProperty && minimum >= 0
+                : minimum >= 0
                     ? simulator::propertyAnswer(smhi::kMinReportInterval,
                                                 static_cast<std::uint32_t>(minimum) * 1000)
                     : simulator::headerAnswer(request[0],
