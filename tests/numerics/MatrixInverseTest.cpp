@@ -23,8 +23,6 @@ TEST(MatrixInverseTest, TimesTheMatrixIsTheIdentity) {
 }
 
 TEST(MatrixInverseTest, KnownValuesComeExactly) {
-    const Matrix permutation(3, 3, {0.0, 0.0, 1.0, 1.0, 0.0, 0.0, 0.0, 1.0, 0.0});
-    EXPECT_EQ(inverse(permutation), transpose(permutation));
     // 49 / 49 is 1, 49 * (1 / 49) is not.
     const Matrix inverted = inverse3(diagonal({49.0, 1.0, 1.0}));
     EXPECT_EQ(inverted, diagonal({1.0 / 49.0, 1.0, 1.0}));

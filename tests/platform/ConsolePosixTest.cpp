@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -25,9 +26,32 @@ TEST(ConsolePosixTest, WritesWithoutColourToAFileAndReadsLinesToTheEnd) {
         EXPECT_EQ(line, expected);
     }
     EXPECT_FALSE(console.readLine(line));
+    EXPECT_TRUE(close(STDIN_FILENO) == 0 && !console.readLine(line));
     dup2(before, STDIN_FILENO);
     close(before);
     close(ends[0]);
+}
+
+// In a process of its own, since the console looks only once whether it is a terminal.
+TEST(ConsolePosixTest, ShowsColoursOnATerminal) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto showOnTerminal = [] {
+        const int reader = posix_openpt(O_RDWR | O_NOCTTY);
+        unlockpt(reader);
+        std::fflush(stdout);
+        dup2(open(ptsname(reader), O_RDWR | O_NOCTTY), STDOUT_FILENO);
+        platform::Console& console = platform::Console::instance();
+        console.writeColoured(platform::kLightGreen, "good");
+        console.writeColoured(platform::kLightRed, "bad");
+        console.write("\n");
+        console.flush();
+        for (char byte = 0; byte != '\n' && read(reader, &byte, 1) == 1;) {
+            std::cerr << byte;
+        }
+        _exit(0);
+    };
+    EXPECT_EXIT(showOnTerminal(), testing::ExitedWithCode(0),
+                "\x1b.92mgood\x1b.0m\x1b.91mbad\x1b.0m");
 }
 
 }  // namespace tavocal::test

@@ -13,12 +13,7 @@ const double c = 480.0 * 0.5;
 const double s = 480.0 * std::sqrt(0.75);
 
 // What the device's own axes read in each still position of a flow, and the turns between them.
-const struct {
-    Flow flow;
-    Table gravity;
-    Table field;
-    Table turns;
-} kFlows[] = {
+const std::tuple<Flow, Table, Table, Table> kFlows[] = {
     {Flow::Full,
      {{0, 0, 1}, {0, 0, 1}, {0, 1, 0}, {0, 1, 0}, {1, 0, 0}, {1, 0, 0}, {0, -1, 0}},
      {{0, c, -s}, {0, c, -s}, {0, -s, -c}, {0, -s, -c}, {-s, 0, -c}, {-s, 0, -c}, {0, s, -c}},
@@ -37,13 +32,7 @@ const struct {
      {{0, 0, 90}, {0, 0, 90}, {0, 0, 90}}}};
 
 // What the frame of a sensor's readings makes of the device's X and Y; Z follows.
-const struct {
-    const char* formFactor;
-    const char* hinge;
-    bool secondary;
-    Vec3 x;
-    Vec3 y;
-} kMountings[] = {
+const std::tuple<const char*, const char*, bool, Vec3, Vec3> kMountings[] = {
     {"2IN1", "LEFT", false, {1, 0, 0}, {0, 1, 0}},  {"2IN1", "BOTTOM", true, {1, 0, 0}, {0, -1, 0}},
     {"MID", "BOTTOM", true, {1, 0, 0}, {0, -1, 0}}, {"MID", "TOP", true, {1, 0, 0}, {0, -1, 0}},
     {"2IN1", "TOP", true, {-1, 0, 0}, {0, 1, 0}},   {"MID", "LEFT", true, {-1, 0, 0}, {0, 1, 0}},
@@ -72,33 +61,31 @@ TEST(PositionsTest, EachHingeReadsItsFrameOfTheGeometry) {
     // A device without errors and noise, held by a hand of stone.
     RecordingOptions options;
     options.perfect = true;
-    options.noiseG = options.noiseDps = options.noiseMg = 0.0;
-    options.jitterMs = 0.0;
+    options.noiseG = options.noiseDps = options.noiseMg = options.jitterMs = 0.0;
     options.holdSeconds = 0.2;
     options.turnSeconds = 1.5;
     options.tiltSeconds = 0.9;
     options.hand = {0.0, 0.0, 0.0};
-    for (const auto& mounting : kMountings) {
-        options.formFactor = mounting.formFactor;
-        options.hinge = mounting.hinge;
-        options.secondary = mounting.secondary;
-        for (const auto& expected : kFlows) {
-            options.flow = expected.flow;
+    for (const auto& [formFactor, hinge, secondary, x, y] : kMountings) {
+        options.formFactor = formFactor;
+        options.hinge = hinge;
+        options.secondary = secondary;
+        const auto expectNear = [&, x = x, y = y](const Table& read, const Table& device,
+                                                  double tolerance) {
+            ASSERT_EQ(read.size(), device.size());
+            for (std::size_t i = 0; i < device.size(); ++i) {
+                const Vec3& d = device[i];
+                EXPECT_LT(norm(read[i] - (x * d.x + y * d.y + cross(x, y) * d.z)), tolerance)
+                    << options.formFactor << options.hinge << flowName(options.flow) << i;
+            }
+        };
+        const std::string second = secondary ? "_2" : "";
+        for (const auto& [flow, gravity, field, turns] : kFlows) {
+            options.flow = flow;
             const Recording run = record(options);
-            const Vec3 z = cross(mounting.x, mounting.y);
-            const auto expectNear = [&](const Table& read, const Table& device, double tolerance) {
-                ASSERT_EQ(read.size(), device.size());
-                for (std::size_t i = 0; i < device.size(); ++i) {
-                    const Vec3& d = device[i];
-                    const Vec3 own = mounting.x * d.x + mounting.y * d.y + z * d.z;
-                    EXPECT_LT(norm(read[i] - own), tolerance)
-                        << mounting.formFactor << mounting.hinge << flowName(expected.flow) << i;
-                }
-            };
-            const std::string second = mounting.secondary ? "_2" : "";
-            expectNear(readings(run, "Accelerometer" + second, false), expected.gravity, 1e-6);
-            expectNear(readings(run, "Magnetometer" + second, false), expected.field, 1e-3);
-            expectNear(readings(run, "Gyroscope" + second, true), expected.turns, 0.01);
+            expectNear(readings(run, "Accelerometer" + second, false), gravity, 1e-6);
+            expectNear(readings(run, "Magnetometer" + second, false), field, 1e-3);
+            expectNear(readings(run, "Gyroscope" + second, true), turns, 0.01);
         }
     }
 }

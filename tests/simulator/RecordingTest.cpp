@@ -14,20 +14,6 @@ static Vec3 readingOf(const Recording& recording, const std::string& name, std::
     return {row->values[0], row->values[1], row->values[2]};
 }
 
-TEST(RecordingTest, SeedDecidesAndWhatASensorReadsDependsOnNoOther) {
-    RecordingOptions options;
-    options.flow = Flow::Minimal;
-    const Recording once = record(options);
-    options.noiseG = 0.1;
-    const Recording noisy = record(options);
-    options.seed = 2;
-    const Recording other = record(options);
-    for (const std::string name : {"Accelerometer", "Gyroscope", "Magnetometer"}) {
-        EXPECT_EQ(once.dumpText(name) == noisy.dumpText(name), name != "Accelerometer") << name;
-        EXPECT_NE(noisy.dumpText(name), other.dumpText(name)) << name;
-    }
-}
-
 // Those that no transcript of a run shows.
 TEST(RecordingTest, MistakesAndFaultsShowInTheReadings) {
     RecordingOptions options;

@@ -3,7 +3,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
 #include <csignal>
 
@@ -31,30 +30,24 @@ constexpr int kSilenceMs = 20000;
 std::string readAll(int descriptor, pid_t writer, const std::string& interruptAt) {
     std::string text;
     std::array<char, 4096> part{};
-    ssize_t got = 1;
     bool interrupted = interruptAt.empty();
-    int silences = 0;
-    while (got > 0) {
+    for (int silences = 0; silences < 3;) {
         pollfd output{descriptor, POLLIN, 0};
         if (poll(&output, 1, kSilenceMs) == 0) {
-            kill(writer, silences == 0 ? SIGINT : SIGKILL);
-            if (++silences > 2) {
-                return text + "(hangs)\n";
-            }
+            kill(writer, silences++ == 0 ? SIGINT : SIGKILL);
             continue;
         }
-        got = read(descriptor, part.data(), part.size());
-        text.append(part.data(), static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
+        const ssize_t got = read(descriptor, part.data(), part.size());
+        if (got <= 0) {
+            return text;
+        }
+        text.append(part.data(), static_cast<std::size_t>(got));
         if (!interrupted && text.find(interruptAt) != std::string::npos) {
             kill(writer, SIGINT);
             interrupted = true;
         }
     }
-    return text;
-}
-
-std::string pathOf(const std::string& word) {
-    return word == "tavocal" ? TAVOCAL_PROGRAM : word == "tavosim" ? TAVOSIM_PROGRAM : word;
+    return text + "(hangs)\n";
 }
 
 }  // namespace
@@ -63,7 +56,7 @@ ToolResult runProgram(const std::string& folder, std::vector<std::string> words,
                       const std::string& interruptAt) {
     std::vector<char*> argv;
     for (std::string& word : words) {
-        word = pathOf(word);
+        word = word == "tavocal" ? TAVOCAL_PROGRAM : word == "tavosim" ? TAVOSIM_PROGRAM : word;
         argv.push_back(word.data());
     }
     argv.push_back(nullptr);

@@ -11,8 +11,6 @@ namespace tavocal::test {
 class WorkingFolder : public TempFolder {
   public:
     WorkingFolder() { std::filesystem::current_path(path()); }
-    WorkingFolder(const WorkingFolder&) = delete;
-    WorkingFolder& operator=(const WorkingFolder&) = delete;
     ~WorkingFolder() {
         std::error_code ignored;
         std::filesystem::current_path(before, ignored);
@@ -23,7 +21,3 @@ class WorkingFolder : public TempFolder {
 };
 
 }  // namespace tavocal::test
-
-namespace tavocal {
-using test::WorkingFolder;
-}

@@ -2,12 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "base/Text.h"
 #include "support/Lines.h"
 #include "support/XmlOutline.h"
-#include "xml/XmlAttribute.h"
-#include "xml/XmlDocument.h"
-#include "xml/XmlElement.h"
 
 namespace tavocal::test {
 
