@@ -6,6 +6,7 @@
 #include "sensors/Gyroscope.h"
 #include "sensors/InertialBench.h"
 #include "sensors/Magnetometer.h"
+#include "sensors/SensorTypes.h"
 
 namespace tavocal::test {
 
@@ -100,6 +101,25 @@ TEST(InertialSensorTest, OneSampleOutAndBackIsOneSpike) {
         bench.sensor->bufferedData.push_back({time, {0.0, value, 0.0}});
     }
     EXPECT_EQ(bench.sensor->countSpikes(0, 5.05), 3);
+}
+
+TEST(InertialSensorTest, WhatCannotBeAskedIsRefused) {
+    Bench bench("Accelerometer", FlowType::FourSteps);
+    InertialSensor& sensor = *bench.sensor;
+    const std::string invalid = "Internal error. Invalid operation was performed";
+    for (const bool fromStageMeans : {false, true}) {
+        EXPECT_EQ(failureOf([&] { sensor.calibratedSample(99, fromStageMeans); }),
+                  "exception thrown in calibration");
+    }
+    sensor.noiseVector = Vector(2);
+    EXPECT_EQ(failureOf([&] { sensor.whiteNoiseInFirmwareUnits(); }), invalid);
+    const auto unflagged = makeSensor({kAccelerometerType, 0, 0, 0, 0});
+    EXPECT_EQ(failureOf([&] { unflagged->setWhiteNoise(1.0); }), invalid);
+    bench.addStage(ones3() * std::numeric_limits<double>::infinity());
+    sensor.stageMeans = Matrix(1, 3);
+    bench.run.stages = 1;
+    EXPECT_EQ(failureOf([&] { sensor.ComputeStaticSegmentsMeans(); }),
+              "Infinity value was found. Calibration is invalid for Accelerometer");
 }
 
 }  // namespace tavocal::test
