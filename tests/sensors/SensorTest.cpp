@@ -60,4 +60,14 @@ TEST(SensorTest, BlockHasTheFormatAndSizeOfItsSensor) {
     EXPECT_EQ(verdictOn(*sensorOf(0x71, 0), 0, 1), kNoFailure);
 }
 
+TEST(SensorTest, WhatASensorDoesNotCheckIsWell) {
+    const auto sensor = sensorOf(0x70);
+    int axis = 7;
+    EXPECT_TRUE(sensor->checkMagPreTest_singleRotation(0, 0, axis));
+    EXPECT_EQ(axis, 7);
+    EXPECT_TRUE(sensor->checkMagPreTest_threeRotations({}));
+    EXPECT_TRUE(sensor->checkMagPreTest_translation());
+    EXPECT_FALSE(sensor->supportsRunType(RunCommand::Calibrate));
+}
+
 }  // namespace tavocal::test
