@@ -6,7 +6,7 @@ builds it, runs the tests, and lists the faults that went through.
     scripts/mutate.py --seed 3 -n 40           40 others
     scripts/mutate.py src/sensors/Gyro*.cpp    only in these files or folders
     scripts/mutate.py --texts                  one letter of a text that a user can see
-    scripts/mutate.py --tests 'Gyro*'          judged by these tests alone (a GoogleTest filter)
+    scripts/mutate.py --tests '*Gyro*'         judged by these tests alone (a GoogleTest filter)
     scripts/mutate.py --list                   every candidate, nothing is built
 
 The same seed, files and sources give the same faults. A survivor is either equivalent (no input
