@@ -10,8 +10,9 @@
 #include "bench/ScratchFolder.h"
 #include "formats/CsvParser.h"
 #include "platform/Files.h"
-#include "sensors/Sensor.h"
-#include "sensors/SensorTypes.h"
+#include "sensors/SensorFactory.h"
+#include "sensors/model/Sensor.h"
+#include "vocabulary/SensorTypes.h"
 
 namespace tavocal::bench {
 namespace {

@@ -9,9 +9,10 @@
 #include "formats/DumpPaths.h"
 #include "process/NewMotionProcess.h"
 #include "sampling/SensorManager.h"
-#include "sensors/Sensor.h"
-#include "sensors/SensorTypes.h"
-#include "simulator/Recording.h"
+#include "sensors/SensorFactory.h"
+#include "sensors/model/Sensor.h"
+#include "simulator/recording/Recording.h"
+#include "vocabulary/SensorTypes.h"
 
 namespace tavocal::bench {
 namespace {

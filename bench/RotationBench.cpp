@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "bench/Ratio.h"
-#include "sensors/Magnetometer.h"
-#include "sensors/SensorTypes.h"
+#include "sensors/magnetic/Magnetometer.h"
+#include "vocabulary/SensorTypes.h"
 
 namespace tavocal::bench {
 namespace {

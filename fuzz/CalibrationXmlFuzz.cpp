@@ -9,7 +9,7 @@
 #include "firmware/SDT.h"
 #include "formats/SensorXml.h"
 #include "fuzz/AnsweringKelu.h"
-#include "sensors/Sensor.h"
+#include "sensors/model/Sensor.h"
 #include "xml/XmlDocument.h"
 #include "xml/XmlElement.h"
 

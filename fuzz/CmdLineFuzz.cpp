@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
-#include "app/CmdLine.h"
-#include "app/RunSettings.h"
 #include "base/Failures.h"
+#include "commandline/CmdLine.h"
+#include "commandline/RunSettings.h"
 
 // Each line is one argument, from argv[0] on. What parses gives settings; a usage text there always
 // is.

@@ -6,8 +6,9 @@
 #include "base/Failures.h"
 #include "formats/CsvParser.h"
 #include "fuzz/InputFile.h"
-#include "sensors/Sensor.h"
-#include "sensors/SensorTypes.h"
+#include "sensors/SensorFactory.h"
+#include "sensors/model/Sensor.h"
+#include "vocabulary/SensorTypes.h"
 
 namespace {
 

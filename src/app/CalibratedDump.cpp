@@ -1,8 +1,8 @@
 #include "app/CalibratedDump.h"
 
 #include "base/Failures.h"
-#include "sensors/AmbientLight.h"
-#include "sensors/InertialSensor.h"
+#include "sensors/inertial/InertialSensor.h"
+#include "sensors/light/AmbientLight.h"
 
 namespace tavocal {
 

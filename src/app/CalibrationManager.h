@@ -5,11 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "app/CmdLine.h"
 #include "app/CrossSensorChecks.h"
 #include "app/DataCollection.h"
 #include "app/FirmwareSide.h"
-#include "app/RunSettings.h"
+#include "commandline/CmdLine.h"
+#include "commandline/RunSettings.h"
 #include "sampling/SensorManager.h"
 
 namespace tavocal {

@@ -6,17 +6,17 @@
 #include <string>
 
 #include "base/Failures.h"
-#include "base/Logger.h"
 #include "base/Text.h"
-#include "formats/TestingConfig.h"
+#include "log/Logger.h"
 #include "numerics/Statistics.h"
 #include "numerics/Vector.h"
-#include "sensors/Assertions.h"
-#include "sensors/Ellipsoid.h"
-#include "sensors/Gyroscope.h"
-#include "sensors/RotationTracking.h"
-#include "sensors/RunContext.h"
-#include "sensors/SensorTypes.h"
+#include "sensors/inertial/Assertions.h"
+#include "sensors/magnetic/Ellipsoid.h"
+#include "sensors/model/RunContext.h"
+#include "sensors/motion/Gyroscope.h"
+#include "sensors/motion/RotationTracking.h"
+#include "vocabulary/SensorTypes.h"
+#include "vocabulary/TestingConfig.h"
 
 namespace tavocal {
 

@@ -6,18 +6,18 @@
 #include <thread>
 
 #include "app/CalibratedDump.h"
-#include "app/CmdLine.h"
-#include "app/RunSettings.h"
 #include "base/Clock.h"
 #include "base/Failures.h"
-#include "base/Logger.h"
 #include "base/TextToNumber.h"
+#include "commandline/CmdLine.h"
+#include "commandline/RunSettings.h"
 #include "formats/CsvParser.h"
+#include "log/Logger.h"
 #include "platform/Console.h"
 #include "platform/Files.h"
 #include "process/Process.h"
 #include "sampling/SensorManager.h"
-#include "sensors/Sensor.h"
+#include "sensors/model/Sensor.h"
 
 namespace tavocal {
 

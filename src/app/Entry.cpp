@@ -7,11 +7,11 @@
 #include <string>
 
 #include "app/CalibrationManager.h"
-#include "app/CmdLine.h"
 #include "app/Version.h"
 #include "base/Clock.h"
 #include "base/Failures.h"
-#include "base/Logger.h"
+#include "commandline/CmdLine.h"
+#include "log/Logger.h"
 #include "platform/Console.h"
 #include "platform/Interrupt.h"
 

@@ -1,15 +1,16 @@
 #include "app/FirmwareSide.h"
 
-#include "app/RunSettings.h"
 #include "base/Failures.h"
-#include "base/Logger.h"
+#include "commandline/RunSettings.h"
 #include "firmware/SDT.h"
 #include "formats/CalibrationXml.h"
-#include "formats/FormFactor.h"
+#include "log/Logger.h"
 #include "platform/Console.h"
 #include "platform/ProcessStart.h"
 #include "platform/Rights.h"
-#include "sensors/Sensor.h"
+#include "sensors/SensorFactory.h"
+#include "sensors/model/Sensor.h"
+#include "vocabulary/FormFactor.h"
 
 namespace tavocal {
 

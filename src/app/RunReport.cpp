@@ -2,12 +2,12 @@
 
 #include <string>
 
-#include "app/RunSettings.h"
 #include "app/Version.h"
 #include "base/Clock.h"
 #include "base/Failures.h"
 #include "base/Text.h"
-#include "sensors/Sensor.h"
+#include "commandline/RunSettings.h"
+#include "sensors/model/Sensor.h"
 #include "xml/XmlDeclaration.h"
 #include "xml/XmlDocument.h"
 #include "xml/XmlElement.h"

@@ -2,13 +2,14 @@
 
 #include <string>
 
-#include "app/CmdLine.h"
-#include "app/RunSettings.h"
 #include "base/Failures.h"
 #include "base/Text.h"
+#include "commandline/CmdLine.h"
+#include "commandline/RunSettings.h"
 #include "formats/DumpPaths.h"
-#include "sensors/Sensor.h"
-#include "sensors/SensorTypes.h"
+#include "sensors/SensorFactory.h"
+#include "sensors/model/Sensor.h"
+#include "vocabulary/SensorTypes.h"
 
 namespace tavocal {
 

@@ -15,7 +15,7 @@
 #include <utility>
 
 #include "base/Failures.h"
-#include "base/Logger.h"
+#include "log/Logger.h"
 #include "platform/DeviceSocketPosix.h"
 
 namespace tavocal {

@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "base/Failures.h"
-#include "base/Logger.h"
+#include "log/Logger.h"
 
 namespace tavocal {
 

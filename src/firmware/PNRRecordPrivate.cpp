@@ -5,11 +5,11 @@
 #include <utility>
 
 #include "base/Failures.h"
-#include "base/Logger.h"
 #include "firmware/KeluBase.h"
 #include "firmware/PnrBuffer.h"
 #include "firmware/SampleReceiver.h"
 #include "firmware/SmhiLayout.h"
+#include "log/Logger.h"
 
 namespace tavocal {
 

@@ -5,7 +5,7 @@
 #include <span>
 
 #include "base/Bytes.h"
-#include "sensors/Luid.h"
+#include "vocabulary/Luid.h"
 
 namespace tavocal {
 

@@ -4,11 +4,11 @@
 #include <stdexcept>
 
 #include "base/Failures.h"
-#include "base/Logger.h"
 #include "firmware/KeluBase.h"
 #include "firmware/MakeKelu.h"
 #include "firmware/SmhiLayout.h"
 #include "firmware/SmhiMessages.h"
+#include "log/Logger.h"
 
 namespace tavocal {
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "base/Bytes.h"
-#include "sensors/Luid.h"
+#include "vocabulary/Luid.h"
 
 namespace tavocal {
 

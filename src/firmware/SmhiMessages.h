@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "base/Bytes.h"
-#include "sensors/Luid.h"
+#include "vocabulary/Luid.h"
 
 // Builds the requests to the firmware and reads its answers; SmhiLayout.h says what stands where.
 namespace tavocal::smhi {

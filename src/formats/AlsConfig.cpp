@@ -1,14 +1,13 @@
 #include "formats/AlsConfig.h"
 
 #include <algorithm>
-#include <cstdint>
-#include <cstdlib>
 #include <string_view>
 
 #include "base/Failures.h"
 #include "base/TextToNumber.h"
 #include "formats/CsvLines.h"
 #include "platform/Files.h"
+#include "sensors/light/LightLevels.h"
 
 namespace tavocal {
 
@@ -103,11 +102,6 @@ void readLine(std::string_view line, AlsAutoConfig& config) {
 }
 
 }  // namespace
-
-bool levelsTooClose(int first, int second) {
-    const std::int64_t delta = std::int64_t{first} - second;
-    return std::abs(delta) < kSmallestLevelDelta;
-}
 
 void loadAlsConfig(const std::string& path, AlsAutoConfig& config) {
     std::string content;

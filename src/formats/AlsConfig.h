@@ -1,21 +1,9 @@
 #pragma once
 
-#include <limits>
 #include <string>
 #include <vector>
 
 namespace tavocal {
-
-// What a series of light levels must be, whoever gives it: each at least the lowest level, all
-// rising or all falling, neighbours at least the smallest delta apart. In lux.
-constexpr int kLowestLightLevel = 1;
-constexpr int kSmallestLevelDelta = 300;
-// No longer series of ints is like that.
-constexpr int kMostLightLevels =
-    (std::numeric_limits<int>::max() - kLowestLightLevel) / kSmallestLevelDelta + 1;
-
-// Safe for any two numbers.
-bool levelsTooClose(int first, int second);
 
 // What an automatic ambient light calibration takes from its configuration file.
 struct AlsAutoConfig {

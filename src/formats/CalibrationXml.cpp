@@ -3,11 +3,11 @@
 #include <stdexcept>
 
 #include "base/Failures.h"
+#include "calibration/XmlFields.h"
 #include "firmware/SDT.h"
 #include "formats/SensorXml.h"
-#include "formats/XmlFields.h"
 #include "platform/Files.h"
-#include "sensors/Sensor.h"
+#include "sensors/model/Sensor.h"
 #include "xml/XmlDeclaration.h"
 #include "xml/XmlDocument.h"
 #include "xml/XmlElement.h"

@@ -1,14 +1,14 @@
 #include "formats/CsvParser.h"
 
 #include "base/Failures.h"
-#include "base/Logger.h"
 #include "base/Text.h"
 #include "formats/CsvLines.h"
 #include "formats/CsvNumbers.h"
 #include "formats/DumpPaths.h"
-#include "formats/FormFactor.h"
+#include "log/Logger.h"
 #include "platform/Files.h"
-#include "sensors/Sensor.h"
+#include "sensors/model/Sensor.h"
+#include "vocabulary/FormFactor.h"
 
 namespace tavocal {
 

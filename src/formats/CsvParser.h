@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "formats/SensorDataMap.h"
-#include "formats/Unit.h"
 #include "numerics/Sample.h"
+#include "vocabulary/Unit.h"
 
 namespace tavocal {
 

@@ -3,13 +3,13 @@
 #include <cmath>
 
 #include "base/Failures.h"
-#include "base/Logger.h"
 #include "base/Text.h"
 #include "base/TextToNumber.h"
+#include "log/Logger.h"
 #include "numerics/Sample.h"
 #include "platform/Console.h"
-#include "sensors/AmbientLight.h"
-#include "sensors/SensorTypes.h"
+#include "sensors/light/AmbientLight.h"
+#include "vocabulary/SensorTypes.h"
 
 namespace tavocal {
 

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "formats/AlsConfig.h"
-#include "process/LightLevels.h"
 #include "process/Process.h"
+#include "sensors/light/LightLevels.h"
 
 namespace tavocal {
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "process/RunTypes.h"
+#include "vocabulary/RunTypes.h"
 
 namespace tavocal {
 

@@ -6,8 +6,8 @@
 #include "base/Text.h"
 #include "numerics/Sample.h"
 #include "platform/Console.h"
-#include "sensors/InertialSensor.h"
-#include "sensors/SensorTypes.h"
+#include "sensors/inertial/InertialSensor.h"
+#include "vocabulary/SensorTypes.h"
 
 namespace tavocal {
 

@@ -3,8 +3,8 @@
 #include <array>
 
 #include "platform/Console.h"
-#include "sensors/Sensor.h"
-#include "sensors/SensorTypes.h"
+#include "sensors/model/Sensor.h"
+#include "vocabulary/SensorTypes.h"
 
 namespace tavocal {
 

@@ -1,7 +1,7 @@
 #include "sampling/LiveTimeBase.h"
 
 #include "base/Failures.h"
-#include "sensors/Sensor.h"
+#include "sensors/model/Sensor.h"
 
 namespace tavocal {
 

@@ -5,7 +5,6 @@
 #include <chrono>
 
 #include "base/Failures.h"
-#include "base/Logger.h"
 #include "base/Text.h"
 #include "firmware/KeluBase.h"
 #include "firmware/MakeKelu.h"
@@ -13,12 +12,14 @@
 #include "firmware/SDT.h"
 #include "formats/CsvParser.h"
 #include "formats/DumpPaths.h"
+#include "log/Logger.h"
 #include "platform/Console.h"
 #include "process/Process.h"
 #include "sampling/ReplayMerge.h"
 #include "sampling/StreamValidity.h"
-#include "sensors/Sensor.h"
-#include "sensors/SensorTypes.h"
+#include "sensors/SensorFactory.h"
+#include "sensors/model/Sensor.h"
+#include "vocabulary/SensorTypes.h"
 
 namespace tavocal {
 

@@ -15,7 +15,7 @@
 #include "sampling/LiveTimeBase.h"
 #include "sampling/StageControl.h"
 #include "sampling/UserPacedSteps.h"
-#include "sensors/RunContext.h"
+#include "sensors/model/RunContext.h"
 
 namespace tavocal {
 

@@ -1,7 +1,7 @@
 #include "sampling/StageControl.h"
 
 #include "base/Failures.h"
-#include "base/Logger.h"
+#include "log/Logger.h"
 
 namespace tavocal {
 

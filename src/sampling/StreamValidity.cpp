@@ -5,9 +5,9 @@
 #include <string>
 
 #include "base/Failures.h"
-#include "base/Logger.h"
+#include "log/Logger.h"
 #include "process/Process.h"
-#include "sensors/Sensor.h"
+#include "sensors/model/Sensor.h"
 
 namespace tavocal {
 

@@ -5,8 +5,8 @@
 #include "base/Failures.h"
 #include "base/Text.h"
 #include "platform/Console.h"
-#include "sensors/Sensor.h"
-#include "sensors/SensorTypes.h"
+#include "sensors/model/Sensor.h"
+#include "vocabulary/SensorTypes.h"
 
 namespace tavocal {
 

@@ -1,13 +1,15 @@
+#include "sensors/SensorFactory.h"
+
 #include <algorithm>
 #include <array>
 
-#include "sensors/Accelerometer.h"
-#include "sensors/AmbientLight.h"
-#include "sensors/GenericSensor.h"
-#include "sensors/Gyroscope.h"
-#include "sensors/InertialSensor.h"
-#include "sensors/Magnetometer.h"
-#include "sensors/SensorTypes.h"
+#include "sensors/inertial/InertialSensor.h"
+#include "sensors/light/AmbientLight.h"
+#include "sensors/magnetic/Magnetometer.h"
+#include "sensors/model/GenericSensor.h"
+#include "sensors/motion/Accelerometer.h"
+#include "sensors/motion/Gyroscope.h"
+#include "vocabulary/SensorTypes.h"
 
 namespace tavocal {
 

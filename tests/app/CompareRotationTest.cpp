@@ -3,7 +3,7 @@
 
 #include "app/CrossSensorChecks.h"
 #include "numerics/NumericsTesting.h"
-#include "sensors/Gyroscope.h"
+#include "sensors/motion/Gyroscope.h"
 #include "support/Angles.h"
 #include "support/FakeRun.h"
 #include "support/NamedSensor.h"

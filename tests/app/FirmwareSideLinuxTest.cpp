@@ -2,11 +2,12 @@
 #include <sstream>
 
 #include "app/FirmwareSide.h"
-#include "app/RunSettings.h"
 #include "base/Text.h"
+#include "commandline/RunSettings.h"
 #include "formats/CalibrationXml.h"
-#include "sensors/Sensor.h"
-#include "simulator/CalibrationBlocks.h"
+#include "sensors/SensorFactory.h"
+#include "sensors/model/Sensor.h"
+#include "simulator/firmware/CalibrationBlocks.h"
 #include "support/Outcome.h"
 #include "support/SimulatedFirmware.h"
 #include "support/WorkingFolder.h"

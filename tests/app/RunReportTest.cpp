@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <sstream>
 
-#include "app/RunSettings.h"
+#include "commandline/RunSettings.h"
 #include "support/NamedSensor.h"
 #include "support/Outcome.h"
 #include "support/TempFolder.h"

@@ -1,8 +1,9 @@
 #include "app/SensorSelection.h"
 
-#include "app/CmdLineFixture.h"
-#include "app/RunSettings.h"
-#include "sensors/InertialSensor.h"
+#include "commandline/CmdLineFixture.h"
+#include "commandline/RunSettings.h"
+#include "sensors/SensorFactory.h"
+#include "sensors/inertial/InertialSensor.h"
 
 namespace tavocal::test {
 

@@ -4,7 +4,7 @@
 #include <sstream>
 
 #include "base/Text.h"
-#include "simulator/Recording.h"
+#include "simulator/recording/Recording.h"
 #include "support/TempFolder.h"
 #include "support/ToolRun.h"
 

@@ -5,12 +5,13 @@
 #include <future>
 #include <map>
 
-#include "base/Logger.h"
 #include "base/Text.h"
 #include "firmware/FakeKelu.h"
 #include "firmware/PNRRecord.h"
 #include "firmware/SampleReceiver.h"
-#include "sensors/Sensor.h"
+#include "log/Logger.h"
+#include "sensors/SensorFactory.h"
+#include "sensors/model/Sensor.h"
 #include "support/Lines.h"
 #include "support/TextTable.h"
 
@@ -126,7 +127,7 @@ TEST_F(PNRRecordPrivateTest, InterleavedSensorsGetTheirSamplesInOrder) {
     EXPECT_EQ(kelu->cancels, 1) << "a quiet firmware";
     EXPECT_EQ(kelu->written(), (Messages{kStop, kStart, kStop}));
     EXPECT_FALSE(kelu->connected);
-    for (const auto& [function, lines] : tableOfTest("firmware")) {
+    for (const auto& [function, lines] : tableOfTest()) {
         EXPECT_EQ(log("[PNRRecordPrivate::" + function + "]"), lines);
     }
 }
@@ -135,7 +136,7 @@ TEST_F(PNRRecordPrivateTest, InterleavedSensorsGetTheirSamplesInOrder) {
 // ends, and what the log warns of.
 TEST_F(PNRRecordPrivateTest, WhatTheFirmwareAnswers) {
     const TextTable meanings = {{"SAMPLE", kSample}, {"DAMAGED", kDamaged}, {"EMPTY", " "}};
-    for (const auto& [given, expected] : tableOfTest("firmware", meanings)) {
+    for (const auto& [given, expected] : tableOfTest(meanings)) {
         Messages said;
         const std::string words = given.substr(given.find(' ') + 1);
         for (const std::string& word : linesOf(replaceAll(words, " ", "\n"))) {

@@ -28,7 +28,7 @@ static std::string walk(const Bytes& message) {
 // The size that the message tells, the lengths of its records, and how long it is if it is cut; how
 // many values each has.
 TEST(PnrBufferTest, LengthsAndDamage) {
-    for (const auto& [given, expected] : tableOfTest("firmware")) {
+    for (const auto& [given, expected] : tableOfTest()) {
         std::istringstream numbers(given);
         std::uint32_t size = 0, length = 0;
         numbers >> size;

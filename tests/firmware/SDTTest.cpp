@@ -64,7 +64,7 @@ class SDTTest : public testing::Test {
 // Command and request; its answer (what nobody reads is cc), the bytes that it needs, the result,
 // and the failure with # for the status.
 TEST_F(SDTTest, EveryCommandWithEveryDamage) {
-    for (const auto& [request, rest] : tableOfTest("firmware", kWords)) {
+    for (const auto& [request, rest] : tableOfTest(kWords)) {
         SCOPED_TRACE(request);
         const std::vector<std::string> fields = linesOf(replaceAll(rest, ";", "\n"));
         const std::size_t needed = std::stoul(fields.at(1));
@@ -91,7 +91,7 @@ TEST_F(SDTTest, EveryCommandWithEveryDamage) {
 }
 
 TEST_F(SDTTest, CountsThatReachPastTheMessage) {
-    for (const auto& [given, failure] : tableOfTest("firmware", kWords)) {
+    for (const auto& [given, failure] : tableOfTest(kWords)) {
         const std::size_t blank = given.find(' ');
         EXPECT_EQ(outcome(given.substr(0, blank), bytesOf(given.substr(blank))),
                   "SMHI Error: " + failure)
@@ -112,7 +112,7 @@ TEST_F(SDTTest, SizesOfABlock) {
 
 // Interval and sensitivity; both as they travel.
 TEST_F(SDTTest, SamplingStartsSensorBySensor) {
-    for (const auto& [given, sent] : tableOfTest("firmware")) {
+    for (const auto& [given, sent] : tableOfTest()) {
         renew();
         kelu->onWrite = [this](const Bytes&) { kelu->say({0x8A, 0, 0, 0}); };
         sdt.startSampling(kTwoSensors, static_cast<std::uint32_t>(std::stoul(given)),

@@ -1,5 +1,6 @@
 #include "formats/AlsConfig.h"
 
+#include "sensors/light/LightLevels.h"
 #include "support/Lines.h"
 #include "support/Outcome.h"
 #include "support/TempFolder.h"
@@ -24,7 +25,7 @@ class AlsConfigTest : public testing::Test {
 
 // The numbers are looked at before the order, the order before the deltas.
 TEST_F(AlsConfigTest, LinesAndLimits) {
-    for (const auto& [content, outcome] : tableOfTest("formats")) {
+    for (const auto& [content, outcome] : tableOfTest()) {
         EXPECT_EQ(loaded(content), replaceAll(outcome, "FILE", folder.path("als.txt"))) << content;
     }
     EXPECT_TRUE(levelsTooClose(300, 1));

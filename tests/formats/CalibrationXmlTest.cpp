@@ -1,7 +1,8 @@
 #include "formats/CalibrationXml.h"
 
 #include "base/Text.h"
-#include "formats/CalibrationFile.h"
+#include "sensors/SensorFactory.h"
+#include "support/CalibrationFile.h"
 
 namespace tavocal::test {
 static std::shared_ptr<Sensor> sensorWith(const LUID& luid, const CalibrationBlock& original,
@@ -21,7 +22,7 @@ TEST_F(CalibrationXmlTest, EachKindOfBlockIsWrittenToTheLetterAndComesBack) {
     const std::string text =
         replaceAll(fileContent(TAVOCAL_TESTS "/formats/calibration.xml"), "\n", "\r\n");
     Sensors sensors;
-    for (const auto& [luidText, hex] : tableOfTest("formats")) {
+    for (const auto& [luidText, hex] : tableOfTest()) {
         LUID luid;
         ASSERT_TRUE(parseLuidText(luidText, luid));
         sensors.push_back(sensorWith(luid, bytesOf(hex)));
@@ -44,7 +45,7 @@ TEST_F(CalibrationXmlTest, EachKindOfBlockIsWrittenToTheLetterAndComesBack) {
 
 // The block that was loaded and the one to write, whether the current one is wanted; what is saved.
 TEST_F(CalibrationXmlTest, ChoosesBlock) {
-    for (const auto& [given, part] : tableOfTest("formats")) {
+    for (const auto& [given, part] : tableOfTest()) {
         const std::size_t comma = given.find(',');
         const auto sensor = sensorWith({0x41, 0, 0, 0, 2}, bytesOf(given.substr(0, comma)),
                                        bytesOf(given.substr(comma + 1, 6)));
@@ -58,7 +59,7 @@ TEST_F(CalibrationXmlTest, ChoosesBlock) {
 // The sensor, what it has of the firmware, and the block to write; what the file has of it or why
 // there is none.
 TEST_F(CalibrationXmlTest, BlocksAtTheirLimits) {
-    for (const auto& [given, outcome] : tableOfTest("formats", {{"NIL", std::string(24, '0')}})) {
+    for (const auto& [given, outcome] : tableOfTest({{"NIL", std::string(24, '0')}})) {
         const std::size_t semicolon = given.find(';');
         LUID luid;
         ASSERT_TRUE(parseLuidText(given.substr(0, 16), luid));
@@ -79,11 +80,11 @@ TEST_F(CalibrationXmlTest, FilesThatAreNone) {
         EXPECT_EQ(failureOf([&] { loadCalibrationXml(path, firmware.sdt); }),
                   "Failed to open XML input file");
     }
-    for (const auto& [text, failure] : tableOfTest(
-             "formats", {{"GOOD",
-                          "<Sensor SensorTypeId='9' SubTypeId='' VendorId='' InstanceId='' "
-                          "Flags=''><CalibrationData Version='2' FormatId='1'><OEMCustomData "
-                          "DataLength='0'/></CalibrationData></Sensor>"}})) {
+    for (const auto& [text, failure] :
+         tableOfTest({{"GOOD",
+                       "<Sensor SensorTypeId='9' SubTypeId='' VendorId='' InstanceId='' "
+                       "Flags=''><CalibrationData Version='2' FormatId='1'><OEMCustomData "
+                       "DataLength='0'/></CalibrationData></Sensor>"}})) {
         EXPECT_EQ(outcomeOf(text), failure) << text;
     }
 }

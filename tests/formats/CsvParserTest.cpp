@@ -5,7 +5,8 @@
 #include <cmath>
 #include <filesystem>
 
-#include "sensors/Sensor.h"
+#include "sensors/SensorFactory.h"
+#include "sensors/model/Sensor.h"
 #include "support/Lines.h"
 #include "support/MessageOf.h"
 #include "support/TempFolder.h"
@@ -46,7 +47,7 @@ TEST_F(CsvParserTest, WritesEachSensorToTheLetter) {
         {{sensor, {{1000.0, {0.012, -0.004, 0.998}}, {1020.0, {}}, {1e7, {-0.0, 1e9, NAN}}}},
          {second, {}},
          {light, {{1000.0, {120.0}}}}});
-    for (const auto& [name, content] : tableOfTest("formats")) {
+    for (const auto& [name, content] : tableOfTest()) {
         EXPECT_EQ(fileContent(folder.path(name)), content);
     }
 }
@@ -73,7 +74,7 @@ TEST_F(CsvParserTest, ReadsWhatIsWiderThanWhatItWrites) {
 }
 
 TEST_F(CsvParserTest, TimestampsAreWholeNumbersOfThirtyTwoBits) {
-    for (const auto& [field, expected] : tableOfTest("formats")) {
+    for (const auto& [field, expected] : tableOfTest()) {
         EXPECT_EQ(read(kHeader + field + ",0,0,0\n").at(0).timestamp, std::stod(expected)) << field;
     }
 }
@@ -90,8 +91,7 @@ TEST_F(CsvParserTest, UnitsOfAnInertialHeaderAreConverted) {
 }
 
 TEST_F(CsvParserTest, EveryDamageHasItsText) {
-    for (const auto& [text, failure] :
-         tableOfTest("formats", {{"HEAD", kHeader}, {"ACC", "Accelerometer"}})) {
+    for (const auto& [text, failure] : tableOfTest({{"HEAD", kHeader}, {"ACC", "Accelerometer"}})) {
         folder.write("dataDumpAccelerometer.csv", text);
         EXPECT_EQ(failureOf(sensor), failure) << text;
     }

@@ -1,6 +1,7 @@
 #include "formats/SensorXml.h"
 
-#include "formats/CalibrationFile.h"
+#include "sensors/SensorFactory.h"
+#include "support/CalibrationFile.h"
 #include "xml/XmlElement.h"
 
 namespace tavocal::test {
@@ -14,7 +15,7 @@ TEST_F(SensorXmlTest, ReadsAttributesInOrder) {
         "Flags='-1'><!-- a note --><CalibrationData Version='-1' FormatId='-1'>"
         "<OEMCustomData DataLength='0'>any</OEMCustomData></CalibrationData></Sensor></Calibration>"
         "</Tavo>";
-    for (const auto& [name, limits] : tableOfTest("formats")) {
+    for (const auto& [name, limits] : tableOfTest()) {
         const std::size_t comma = limits.find(','), last = limits.rfind(',');
         const std::string line = limits.substr(last + 1), old = name + "='-1'";
         const auto with = [&, start = name + "='"](const std::string& value) {

@@ -7,11 +7,12 @@
 #include <functional>
 #include <tuple>
 
-#include "sensors/AmbientLight.h"
-#include "sensors/SensorTypes.h"
+#include "sensors/SensorFactory.h"
+#include "sensors/light/AmbientLight.h"
 #include "support/FakeRun.h"
 #include "support/Outcome.h"
 #include "support/TempFolder.h"
+#include "vocabulary/SensorTypes.h"
 
 namespace tavocal::test {
 namespace {

@@ -4,6 +4,7 @@
 
 #include <map>
 
+#include "sensors/SensorFactory.h"
 #include "support/FakeRun.h"
 #include "support/NamedSensor.h"
 #include "support/Outcome.h"

@@ -2,8 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "sensors/Sensor.h"
-#include "sensors/SensorTypes.h"
+#include "sensors/SensorFactory.h"
+#include "sensors/model/Sensor.h"
+#include "vocabulary/SensorTypes.h"
 
 namespace tavocal::test {
 namespace {

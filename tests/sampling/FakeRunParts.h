@@ -3,7 +3,7 @@
 #include <functional>
 
 #include "process/Process.h"
-#include "sensors/GenericSensor.h"
+#include "sensors/model/GenericSensor.h"
 #include "support/Outcome.h"
 
 // A sensor and a sequence that do what a test says and note what is asked of them.

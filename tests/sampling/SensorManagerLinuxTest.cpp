@@ -5,11 +5,11 @@
 #include <array>
 #include <thread>
 
-#include "base/Logger.h"
 #include "firmware/SmhiLayout.h"
+#include "log/Logger.h"
 #include "sampling/FakeRunParts.h"
 #include "sampling/SensorManager.h"
-#include "simulator/FirmwareAnswer.h"
+#include "simulator/firmware/FirmwareAnswer.h"
 #include "support/WorkingFolder.h"
 
 namespace tavocal::test {

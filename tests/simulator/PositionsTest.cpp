@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "simulator/Recording.h"
+#include "simulator/recording/Recording.h"
 
 namespace tavocal::simulator {
 

@@ -1,4 +1,4 @@
-#include "simulator/Recording.h"
+#include "simulator/recording/Recording.h"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-#include "sensors/RunContext.h"
+#include "sensors/model/RunContext.h"
 
 namespace tavocal::test {
 

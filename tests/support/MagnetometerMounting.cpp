@@ -1,10 +1,11 @@
 #include "support/MagnetometerMounting.h"
 
-#include "formats/FormFactor.h"
-#include "sensors/SensorTypes.h"
-#include "simulator/MagneticField.h"
-#include "simulator/Quaternion.h"
-#include "simulator/SensorFrame.h"
+#include "sensors/SensorFactory.h"
+#include "simulator/device/SensorFrame.h"
+#include "simulator/maths/Quaternion.h"
+#include "simulator/world/MagneticField.h"
+#include "vocabulary/FormFactor.h"
+#include "vocabulary/SensorTypes.h"
 
 namespace tavocal::test {
 

@@ -4,8 +4,9 @@
 #include <string>
 
 #include "numerics/Matrix.h"
-#include "sensors/Magnetometer.h"
-#include "simulator/Flow.h"
+#include "sensors/SensorFactory.h"
+#include "sensors/magnetic/Magnetometer.h"
+#include "simulator/operator/Flow.h"
 
 namespace tavocal::test {
 

@@ -1,8 +1,9 @@
 #include "support/NamedSensor.h"
 
 #include "base/Text.h"
-#include "sensors/SensorTypes.h"
+#include "sensors/SensorFactory.h"
 #include "support/XmlOutline.h"
+#include "vocabulary/SensorTypes.h"
 #include "xml/XmlElement.h"
 
 namespace tavocal::test {

@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "sensors/InertialSensor.h"
+#include "sensors/inertial/InertialSensor.h"
 
 namespace tavocal::test {
 

@@ -5,8 +5,8 @@
 #include <thread>
 #include <vector>
 
-#include "simulator/FirmwareServer.h"
-#include "simulator/LiveDevice.h"
+#include "simulator/live/FirmwareServer.h"
+#include "simulator/live/LiveDevice.h"
 
 namespace tavocal::test {
 

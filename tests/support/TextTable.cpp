@@ -23,9 +23,11 @@ TextTable rowsOf(const std::string& path, const std::string& title) {
     return rows;
 }
 
-TextTable tableOfTest(const std::string& folder, const TextTable& meanings) {
+TextTable tableOfTest(const TextTable& meanings) {
     const auto* const test = ::testing::UnitTest::GetInstance()->current_test_info();
-    TextTable rows = rowsOf(folder + "/" + test->test_suite_name() + ".txt",
+    const std::string source = test->file();
+    const std::size_t begin = source.rfind("tests/") + 6;
+    TextTable rows = rowsOf(source.substr(begin, source.rfind('.') - begin) + ".txt",
                             "== " + std::string(test->name()) + " ==");
     TextTable words = meanings;
     words.insert(words.end(),

@@ -1,0 +1,109 @@
+#pragma once
+
+#include <deque>
+#include <optional>
+#include <set>
+#include <span>
+#include <vector>
+
+#include "base/Bytes.h"
+#include "simulator/device/DeviceOptions.h"
+#include "simulator/firmware/FirmwareFault.h"
+#include "simulator/firmware/FirmwareRequest.h"
+#include "simulator/firmware/Flash.h"
+#include "simulator/firmware/Publisher.h"
+#include "simulator/firmware/SensorHub.h"
+
+namespace tavocal::simulator {
+
+class World;
+
+// What the firmware is and what is wrong with it.
+struct FirmwareOptions {
+    DeviceOptions device;
+    FirmwareFault fault;
+    double faultAfter = 3.0;  // seconds of the session, where it takes a while
+    SensorKind faultSensor = SensorKind::Gyroscope;  // which one is silent or stops
+};
+
+// The sensor hub firmware without its wires: it takes the messages of any number of clients, and
+// what it has to say to them is taken from it. Simulated time goes on with advanceTo alone, in
+// seconds since the start. One thread at a time.
+//
+//     Firmware firmware(options, flash, world);
+//     firmware.receive(client, clientGuid);
+//     firmware.receive(client, request);
+//     for (const FirmwareOutput& output : firmware.takeOutput()) ...
+class Firmware {
+  public:
+    using Client = int;
+
+    struct Output {
+        Client client = 0;
+        Bytes message;
+        bool hangsUp = false;  // the connection is to be closed; there is no message
+    };
+
+    // REQUIRES: `theWorld` outlives the firmware; the flash's blocks fit their sensors.
+    Firmware(const FirmwareOptions& theOptions, Flash theFlash, World& theWorld);
+
+    // A whole message of a client. The first one of each client has to be its GUID.
+    void receive(Client client, std::span<const std::uint8_t> message);
+    // The client is gone. A session that it has opened stays.
+    void disconnect(Client client);
+
+    void advanceTo(double seconds);
+    double now() const { return time; }
+
+    // What has to be sent, in order.
+    std::vector<Output> takeOutput();
+
+    // Whom a session publishes to, if anybody.
+    std::optional<Client> listener() const { return session ? session->owner : std::nullopt; }
+    const Flash& flash() const { return stored; }
+    // How many requests were refused or not understood, but for those by a fault.
+    unsigned refusals() const { return refusalCount; }
+
+  private:
+    struct Session {
+        std::optional<Client> owner;  // none once that client has gone
+        double begin = 0.0;
+        std::vector<LUID> luids;  // what is recorded; all if empty
+        std::deque<Bytes> kept;   // buffers that nobody took
+    };
+
+    void greet(Client client, std::span<const std::uint8_t> message);
+    void answer(Client client, std::span<const std::uint8_t> message);
+    FirmwareStatus perform(Client client, const FirmwareRequest& request, Bytes& answer);
+    Bytes pdt() const;
+    FirmwareStatus getCalibration(const FirmwareRequest& request, Bytes& answer);
+    FirmwareStatus setCalibration(const FirmwareRequest& request);
+    FirmwareStatus getProperty(const FirmwareRequest& request, Bytes& answer);
+    FirmwareStatus setProperty(const FirmwareRequest& request);
+    FirmwareStatus start(Client client, const FirmwareRequest& request);
+    FirmwareStatus stop(Client client);
+    void restart();
+
+    void sendSpoiled(Client client, Bytes answer);
+    void send(Client client, Bytes message);
+    void hangUp(Client client);
+
+    void leaveSessionBehind();
+    void publish(bool all);
+    bool isRecorded(const HubSensor& sensor, double seconds) const;
+    void record(const HubSensor& sensor, double seconds, const RawReading& reading);
+    bool hasStopped(FirmwareFaultKind kind, double seconds) const;
+
+    FirmwareOptions options;
+    Flash stored;
+    SensorHub hub;
+    Publisher publisher;
+    std::optional<Session> session;
+    std::set<Client> greeted;
+    std::vector<Output> outputs;
+    double time = 0.0;
+    bool isSilent = false;
+    unsigned refusalCount = 0;
+};
+
+}  // namespace tavocal::simulator

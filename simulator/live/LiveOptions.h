@@ -1,0 +1,39 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "simulator/device/World.h"
+#include "simulator/firmware/FirmwareFault.h"
+#include "simulator/operator/LightMistake.h"
+#include "simulator/recording/Recording.h"
+
+namespace tavocal::simulator {
+
+// What the flash of a new device holds for its static motion sensors.
+enum class FactoryBlocks {
+    Neutral,  // a block that changes nothing
+    Exact,    // the one that undoes the sensor's errors
+    Other,    // that of a sensor with other errors
+    Missing,  // none
+};
+
+// All that decides a live run but the real time that things take.
+struct LiveOptions {
+    RecordingOptions motion;  // device, place and operator; its flow is for nobody but `serve`
+    WorldLightOptions light;
+    std::vector<int> levels = {500, 1000, 2000};  // lux, what the operator sets and types
+    LightMistake lightMistake = LightMistake::None;
+
+    // The axes that the turns of the magnetic environment test really go around.
+    std::string turns = "XYZ";
+    bool pressesEarly = false;  // the key that ends such a turn comes in its middle
+
+    std::string deviceFile;  // empty for a device that is forgotten
+    FactoryBlocks blocks = FactoryBlocks::Neutral;
+    double speed = 20.0;  // of simulated time
+    FirmwareFault fault;
+    double faultAfter = 3.0;  // seconds of sampling, where the fault comes after a while
+};
+
+}  // namespace tavocal::simulator

@@ -1,0 +1,40 @@
+#include "simulator/world/Room.h"
+
+#include <array>
+
+#include "simulator/world/MagneticField.h"
+
+namespace tavocal::simulator {
+
+namespace {
+
+constexpr std::array<std::string_view, 3> kNames = {"clean", "usual", "magnetic"};
+
+}  // namespace
+
+std::string_view roomName(Room room) {
+    return kNames[static_cast<std::size_t>(room)];
+}
+
+std::optional<Room> roomFromName(std::string_view name) {
+    for (std::size_t i = 0; i < kNames.size(); ++i) {
+        if (kNames[i] == name) {
+            return static_cast<Room>(i);
+        }
+    }
+    return std::nullopt;
+}
+
+std::vector<Magnet> magnetsOf(Room room) {
+    switch (room) {
+        case Room::Usual:
+            return {Magnet{{1.1, 0.1, -0.3}, {45.0, 0.0, -13.5}}};
+        case Room::Magnetic:
+            return {Magnet{{0.45, 0.0, -0.25}, {0.0, 4.0, 0.0}}};
+        case Room::Clean:
+            break;
+    }
+    return {};
+}
+
+}  // namespace tavocal::simulator

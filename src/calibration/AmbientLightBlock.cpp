@@ -1,0 +1,61 @@
+#include "calibration/AmbientLightBlock.h"
+
+#include <utility>
+
+#include "base/Failures.h"
+#include "base/LittleEndian.h"
+
+namespace tavocal {
+
+namespace {
+
+void requireSize(bool good) {
+    if (!good) {
+        throw CalibrationException("Invalid Ambient Light Sensor calibration data size");
+    }
+}
+
+void storeScale(CalibrationBlock& bytes, std::size_t position, LightScale scale) {
+    writeU16(bytes, position, scale.multiplier);
+    bytes[position + 2] = scale.divider;
+}
+
+// `base` is where the steps end.
+bool endsAt(const CalibrationBlock& block, std::size_t base) {
+    if (block.size() < base + 2) {
+        return block.size() == base;
+    }
+    return block.size() == base + 2 + readU16(block, base);
+}
+
+}  // namespace
+
+LightScale lightScaleOf(const CalibrationBlock& block) {
+    requireSize(block.size() > kLightDividerPosition);
+    return {readU16(block, kLightMultiplierPosition), block[kLightDividerPosition]};
+}
+
+CalibrationBlock withLightScale(CalibrationBlock block, LightScale scale) {
+    requireSize(block.size() > kLightDividerPosition);
+    storeScale(block, kLightMultiplierPosition, scale);
+    return block;
+}
+
+CalibrationBlock newLightBody(LightScale scale) {
+    CalibrationBlock body(kLightBlockSize - kBlockHeadSize, 0);
+    storeScale(body, kLightMultiplierPosition - kBlockHeadSize, scale);
+    body[kLightStepCountPosition - kBlockHeadSize] = 1;
+    return body;
+}
+
+void validateLightSteps(const CalibrationBlock& block) {
+    requireSize(block.size() >= kSmallestLightBlock);
+    const std::size_t steps = block[kLightStepCountPosition];
+    if (steps < kFewestLightSteps) {
+        throw CalibrationException(
+            "Invalid Ambient Light Sensor calibration data: not enough ALR steps");
+    }
+    requireSize(endsAt(block, kLightStepsPosition + kLightStepSize * steps));
+}
+
+}  // namespace tavocal

@@ -1,0 +1,189 @@
+#include "calibration/StaticInertialXml.h"
+
+#include <array>
+#include <limits>
+#include <span>
+
+#include "base/LittleEndian.h"
+#include "base/Text.h"
+#include "base/TextToNumber.h"
+#include "calibration/InertialBlock.h"
+#include "calibration/XmlBytes.h"
+#include "calibration/XmlFields.h"
+#include "xml/XmlElement.h"
+
+namespace tavocal {
+
+namespace {
+
+constexpr const wchar_t* kAxisMappingComment =
+    L"Axis mapping matrix maps the raw axes on sensor, towards axis system on device after "
+    L"calibration.";
+constexpr const wchar_t* kMatrixComment =
+    L"This applies to the raw readings so they will be scaled to get the calibrated values. The "
+    L"actual scale is the values in matrix divided by the ScaleFactor.";
+constexpr const wchar_t* kOffsetComment =
+    L"Offset will be removed from the raw readings to achieve the calibration.";
+
+constexpr const wchar_t* kAxisMappingName = L"AxisMapping";
+constexpr const wchar_t* kMatrixName = L"Matrix";
+constexpr const wchar_t* kOffsetName = L"Offset";
+constexpr const wchar_t* kVendorDataName = L"VendorData";
+
+// The elements of each group in the order of the block.
+constexpr std::array<const wchar_t*, 9> kAxisNames = {L"XX", L"XY", L"XZ", L"YX", L"YY",
+                                                      L"YZ", L"ZX", L"ZY", L"ZZ"};
+constexpr std::array<const wchar_t*, 10> kMatrixNames = {
+    L"Mat11", L"Mat12", L"Mat13", L"Mat21", L"Mat22",
+    L"Mat23", L"Mat31", L"Mat32", L"Mat33", L"ScaleFactor"};
+constexpr std::size_t kScaleFactorIndex = 9;
+static_assert(kScaleFactorPosition == kScalePosition + 2 * kScaleFactorIndex);
+constexpr std::array<const wchar_t*, 3> kOffsetNames = {L"OffsetX", L"OffsetY", L"OffsetZ"};
+
+// A signed number of two bits.
+int axisElement(std::uint32_t word, std::size_t k) {
+    const int bits = static_cast<int>((word >> (2 * k)) & 3);
+    return bits < 2 ? bits : bits - 4;
+}
+
+void writeAxisMapping(XmlElement& data, const CalibrationBlock& block) {
+    addComment(data, kAxisMappingComment);
+    XmlElement& mapping = addElement(data, kAxisMappingName);
+    const std::uint32_t word = readU32(block, kAxisMappingPosition);
+    for (std::size_t k = 0; k < kAxisNames.size(); ++k) {
+        addNumber(mapping, kAxisNames[k], axisElement(word, k));
+    }
+}
+
+void writeMatrix(XmlElement& data, const CalibrationBlock& block) {
+    addComment(data, kMatrixComment);
+    XmlElement& matrix = addElement(data, kMatrixName);
+    for (std::size_t k = 0; k < kScaleFactorIndex; ++k) {
+        addNumber(matrix, kMatrixNames[k], readI16(block, kScalePosition + 2 * k));
+    }
+    addNumber(matrix, kMatrixNames[kScaleFactorIndex], readU16(block, kScaleFactorPosition));
+}
+
+void writeOffset(XmlElement& data, const CalibrationBlock& block) {
+    addComment(data, kOffsetComment);
+    XmlElement& offset = addElement(data, kOffsetName);
+    for (std::size_t i = 0; i < kOffsetNames.size(); ++i) {
+        addNumber(offset, kOffsetNames[i], readI32(block, kOffsetPosition + 4 * i));
+    }
+}
+
+void writeVendorData(XmlElement& data, const CalibrationBlock& block) {
+    const std::size_t length = readU16(block, kVendorLengthPosition);
+    if (length != 0) {
+        requireBlockSize(block, kVendorDataPosition + length);
+        addBytes(data, kVendorDataName, std::span(block).subspan(kVendorDataPosition, length));
+    }
+}
+
+// The child of a group as the element that the table has at its place, or null.
+template <std::size_t size>
+const XmlElement* elementAt(const XmlNode& child, const std::array<const wchar_t*, size>& names,
+                            std::size_t place) {
+    return place < size && child.name() == names[place] ? child.asElement() : nullptr;
+}
+
+std::uint32_t axisBits(const XmlNode& child, std::size_t k) {
+    const XmlElement* element = elementAt(child, kAxisNames, k);
+    if (element == nullptr) {
+        throw CalibrationException("XML parsing error. Unexpected element " +
+                                   toUtf8(child.value()));
+    }
+    const std::int32_t number = numberIn(*element);
+    if (number < -1 || number > 1) {
+        throw CalibrationException("XML parsing error. Invalid value for axis element " +
+                                   toUtf8(child.value()));
+    }
+    return (static_cast<std::uint32_t>(number) & 3) << (2 * k);
+}
+
+void readAxisMapping(const XmlElement& mapping, CalibrationBlock& block) {
+    std::uint32_t word = readU32(block, kAxisMappingPosition);
+    std::size_t k = 0;
+    for (const auto& child : mapping.children()) {
+        const std::uint32_t bits = axisBits(*child, k);
+        word = (word & ~(std::uint32_t{3} << (2 * k))) | bits;
+        ++k;
+    }
+    writeU32(block, kAxisMappingPosition, word);
+}
+
+// ScaleFactor is unsigned in the block, yet the reader takes the range of the others.
+std::int16_t matrixElement(const XmlNode& child, std::size_t k) {
+    const XmlElement* element = elementAt(child, kMatrixNames, k);
+    if (element == nullptr) {
+        throw CalibrationException("XML parsing error. Unexpected element " + nodeName(child));
+    }
+    using Limits = std::numeric_limits<std::int16_t>;
+    const std::int32_t number = numberIn(*element);
+    if (number < Limits::min() || number > Limits::max()) {
+        const std::string text = "XML parsing error. Invalid value for element " + nodeName(child);
+        throw CalibrationException(k == kScaleFactorIndex ? text
+                                                          : text + ". name: " + nodeName(child));
+    }
+    return static_cast<std::int16_t>(number);
+}
+
+void readMatrix(const XmlElement& matrix, CalibrationBlock& block) {
+    std::size_t k = 0;
+    for (const auto& child : matrix.children()) {
+        const std::int16_t number = matrixElement(*child, k);
+        writeU16(block, kScalePosition + 2 * k, static_cast<std::uint16_t>(number));
+        ++k;
+    }
+}
+
+void readOffset(const XmlElement& offset, CalibrationBlock& block) {
+    std::size_t i = 0;
+    for (const auto& child : offset.children()) {
+        const XmlElement* element = elementAt(*child, kOffsetNames, i);
+        if (element == nullptr) {
+            throw failureAt(*child,
+                            "XML parsing error. Unexpected element " + nodeName(*child) + ".");
+        }
+        writeU32(block, kOffsetPosition + 4 * i, static_cast<std::uint32_t>(numberIn(*element)));
+        ++i;
+    }
+}
+
+void readVendorData(const XmlElement& vendorData, CalibrationBlock& block) {
+    const std::int32_t length = parseInt(requiredNonEmptyText(vendorData, kDataLength));
+    const auto bytes = readBytes(
+        vendorData, length, "XML parsing error. VendorData size does not match declared length.");
+    writeU16(block, kVendorLengthPosition, static_cast<std::uint16_t>(bytes.size()));
+    block.insert(block.end(), bytes.begin(), bytes.end());
+}
+
+struct Group {
+    const wchar_t* name;
+    void (*read)(const XmlElement& element, CalibrationBlock& block);
+};
+
+constexpr std::array<Group, 4> kGroups = {{{kAxisMappingName, readAxisMapping},
+                                           {kMatrixName, readMatrix},
+                                           {kOffsetName, readOffset},
+                                           {kVendorDataName, readVendorData}}};
+
+}  // namespace
+
+void writeStaticPayload(XmlElement& data, const CalibrationBlock& block) {
+    requireBlockSize(block, kStaticBlockSize);
+    writeAxisMapping(data, block);
+    writeMatrix(data, block);
+    writeOffset(data, block);
+    writeVendorData(data, block);
+}
+
+void readStaticPayload(const XmlElement& data, CalibrationBlock& block) {
+    for (const Group& group : kGroups) {
+        if (const XmlElement* element = findElement(data, group.name)) {
+            group.read(*element, block);
+        }
+    }
+}
+
+}  // namespace tavocal

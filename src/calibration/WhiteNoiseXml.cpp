@@ -1,0 +1,29 @@
+#include "calibration/WhiteNoiseXml.h"
+
+#include "base/LittleEndian.h"
+#include "calibration/InertialBlock.h"
+#include "calibration/XmlFields.h"
+#include "xml/XmlElement.h"
+
+namespace tavocal {
+
+namespace {
+
+constexpr const wchar_t* kWhiteNoiseName = L"WhiteNoise";
+
+}  // namespace
+
+void writeWhiteNoisePayload(XmlElement& data, const CalibrationBlock& block) {
+    requireBlockSize(block, kWhiteNoisePosition + sizeof(std::uint32_t));
+    addNumber(data, kWhiteNoiseName, readU32(block, kWhiteNoisePosition));
+}
+
+std::uint32_t readWhiteNoisePayload(const XmlElement& data) {
+    const XmlElement* noise = findElement(data, kWhiteNoiseName);
+    if (noise == nullptr) {
+        throw CalibrationException("XML parsing error. Missing white noise value.");
+    }
+    return static_cast<std::uint32_t>(numberIn(*noise));
+}
+
+}  // namespace tavocal

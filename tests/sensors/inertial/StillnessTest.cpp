@@ -1,0 +1,79 @@
+#include "sensors/inertial/Stillness.h"
+
+#include <gtest/gtest.h>
+
+#include "support/NamedSensor.h"
+
+namespace tavocal::test {
+namespace {
+
+// Samples every 10 ms from 0 ms on.
+struct Stream : std::vector<Sample> {
+    // Goes on with values that alternate between the level and its negative.
+    Stream wave(double level, double until, int axis = 0) {
+        for (double time = 10.0 * static_cast<double>(size()); time <= until; time += 10.0) {
+            push_back({time, {0.0, 0.0, 0.0}});
+            back().values[axis] = size() % 2 == 0 ? level : -level;
+        }
+        return *this;
+    }
+};
+
+TEST(Stillness, EachClassHasItsLimits) {
+    const std::tuple<std::string, double, double, double, int> rows[] = {
+        {"Accelerometer", 0.015, 0.08, 0.0005, 0},
+        {"Gyroscope", 5, 15, 0.1, 1},
+        {"Magnetometer", 30, 100, 1, 2}};
+    for (const auto& [name, deviation, range, floor, axis] : rows) {
+        const auto sensor = makeNamedSensor(name);
+        const auto isStill = [&](const Stream& stream) {
+            sensor->bufferedData = stream;
+            return sensor->isStill(false);
+        };
+        EXPECT_FALSE(isStill({}));
+        EXPECT_TRUE(isStill(Stream().wave(0.999 * deviation, 1000, axis))) << name;
+        EXPECT_FALSE(isStill(Stream().wave(1.001 * deviation, 1000, axis))) << name;
+        EXPECT_TRUE(isStill(Stream().wave(0, 500).wave(0.999 * range, 510, axis))) << name;
+        EXPECT_FALSE(isStill(Stream().wave(0, 500).wave(1.001 * range, 510, axis))) << name;
+        EXPECT_EQ(sensor->stillness.stillFloor, floor);
+    }
+}
+
+// The deviation of a wave of as many samples up as down is its level, its range twice that.
+TEST(Stillness, FirstStageTightensTheLimitsAndNothingRaisesThem) {
+    StillnessLimits limits{1000.0, 0.5, 4.0, 100.0};
+    for (const auto& [level, firstStage, still, stdLimit, rangeLimit] :
+         {std::tuple(4.0, false, true, 4.0, 100.0), std::tuple(2.0, true, true, 3.0, 6.0),
+          std::tuple(1.0, true, true, 1.5, 3.0), std::tuple(1.5, false, true, 1.5, 3.0),
+          std::tuple(1.75, true, false, 1.5, 3.0), std::tuple(0.25, true, true, 0.5, 0.75)}) {
+        EXPECT_EQ(isStill(Stream().wave(level, 990), limits, firstStage), still) << level;
+        EXPECT_EQ(limits.stillStdLimit, stdLimit) << level;
+        EXPECT_EQ(limits.stillRangeLimit, rangeLimit) << level;
+    }
+    // Only the last window counts, with the sample at its begin.
+    EXPECT_FALSE(isStill(Stream().wave(0, 50).wave(9, 60).wave(0, 1060), limits, false));
+    EXPECT_TRUE(isStill(Stream().wave(0, 50).wave(9, 60).wave(0, 1070), limits, false));
+}
+
+// The window from 1000 to 2000 ms is the measure: its range is 4, its deviation 1.038.
+TEST(Stillness, ExtensionCountsWindowsThatStayAsQuiet) {
+    const auto extension = [](const std::vector<Sample>& samples) {
+        return stillExtension(samples, 1000.0, 1000.0);
+    };
+    Stream measured = Stream().wave(1, 1500).wave(3, 1510);
+    EXPECT_EQ(extension(Stream().wave(1, 1100)), 0.0);
+    EXPECT_EQ(extension(Stream(measured).wave(1, 2000)), 900.0);
+    EXPECT_EQ(extension(Stream(measured).wave(1, 2010)), 1000.0);
+    measured = measured.wave(1, 2340);
+    EXPECT_EQ(extension(Stream(measured).wave(5, 2350).wave(1, 5000)), 3900.0);
+    EXPECT_EQ(extension(Stream(measured).wave(5.01, 2350).wave(1, 5000)), 300.0);
+    EXPECT_EQ(extension(Stream(measured).wave(1.55, 5000)), 3900.0);
+    EXPECT_EQ(extension(Stream(measured).wave(1.56, 5000)), 1300.0);
+    // Fewer than three samples are no measure.
+    const std::vector<Sample> sparse = {{0, {0, 0, 0}}, {500, {0, 0, 0}}, {1000, {0, 0, 0}}};
+    EXPECT_EQ(stillExtension(sparse, 999.0, 0.0), 0.0);
+    EXPECT_EQ(stillExtension(sparse, 1000.0, 0.0), 900.0);
+}
+
+}  // namespace
+}  // namespace tavocal::test
