@@ -60,10 +60,6 @@ report "files belong to platform" 'std::w?[io]?fstream\b|<fstream>|<filesystem>|
 above_platform | grep -vE '(Windows|Posix|Linux)\.(h|cpp)$' | code_of >"$code"
 report "bytes go through the helpers of base" '\breinterpret_cast<' <"$code"
 
-sources src/base src/platform src/numerics src/sensors src/process src/sampling src/firmware \
-    src/xml src/formats | code_of >"$code"
-report "app is the top layer" '#include "app/' <"$code"
-
 sources tests | code_of >"$code"
 report "tests never sleep" '\bsleep_(for|until)\b|\bu?sleep\(' <"$code"
 

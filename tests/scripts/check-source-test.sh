@@ -6,7 +6,7 @@ set -uo pipefail
 check=$(realpath "$1")
 tree=$(mktemp -d)
 trap 'rm -rf "$tree"' EXIT
-mkdir -p "$tree"/{src/{base,platform,app,firmware},tests,simulator}
+mkdir -p "$tree"/{src/{base,platform,firmware},tests,simulator}
 
 # Appends a line to a file of the tree.
 put() {
@@ -24,7 +24,6 @@ put src/base/Good.cpp "std::snprintf(buffer, 4, text);"
 put src/base/Good.cpp "$(seq 447)"
 put src/platform/Good.cpp "#if 1"
 put src/platform/Good.cpp "std::puts(text);"
-put src/app/Good.cpp '#include "app/CmdLine.h"'
 put src/firmware/GoodWindows.cpp "reinterpret_cast<char*>(p);"
 put src/firmware/Good.cpp "reinterpret_cast<char*>(p);  // rule-exception: looks alike"
 put simulator/Good.cpp "std::fprintf(stderr, text);"
@@ -45,7 +44,6 @@ put src/base/A.cpp "std::cerr << 1;"
 put simulator/A.cpp "    std::fprintf(stdout, text);"
 put src/base/A.cpp "std::ofstream file;"
 put src/firmware/Good.cpp "reinterpret_cast<char*>(p);"
-put src/base/A.cpp '#include "app/CmdLine.h"'
 put tests/A.cpp "std::this_thread::sleep_for(1s);"
 put src/base/A.h "#include <string>"
 put src/base/Good.cpp "the 450th line"
@@ -62,13 +60,12 @@ the console belongs to platform: simulator/A.cpp:1
 the console belongs to platform: src/base/A.cpp:3
 files belong to platform: src/base/A.cpp:4
 bytes go through the helpers of base: src/firmware/Good.cpp:2
-app is the top layer: src/base/A.cpp:5
 tests never sleep: tests/A.cpp:3
 missing #pragma once: src/base/A.h
 too long, probably two things in one: src/base/Good.cpp has 450 lines
 documents outside the project are not ours to cite: README.md:1
-documents outside the project are not ours to cite: src/base/A.cpp:6
-open ends belong into issues: src/base/A.cpp:7"
+documents outside the project are not ours to cite: src/base/A.cpp:5
+open ends belong into issues: src/base/A.cpp:6"
 
 "$check" "$tree" >/dev/null && {
     echo "FAILED: the status tells nothing of the faults"
