@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 #include <string>
+#include <utility>
 
 #include "base/Failures.h"
 #include "base/Text.h"
@@ -12,6 +13,7 @@
 #include "numerics/Statistics.h"
 #include "sensors/magnetic/SampleCloud.h"
 #include "sensors/model/Sensor.h"
+#include "sensors/model/Verdict.h"
 
 namespace tavocal {
 
@@ -27,6 +29,8 @@ constexpr double kDipAngleDeviationLimit = 3.5;
 constexpr double kDipAngleRangeLimit = 17.0;
 constexpr double kDegreesPerRadian = 57.29577951308232;
 
+constexpr const char* kCheckName = "MagneticEnvironment";
+constexpr const char* kFitError = "error of the ellipsoid fit";
 constexpr const char* kFitName = "Magnetometer::findFit";
 
 // The largest value less the smallest; NaN if any value is not finite.
@@ -208,17 +212,24 @@ void MagneticEnvironment::findFit(double minSampleSpacing) {
     } catch (const CalibrationException&) {
         throw;
     } catch (const MathException&) {
-        sensor.report.beginSubtree("Magnetic_Environment_Test");
-        sensor.report.setAttribute("FailureParameter", "Ellipsoid");
-        sensor.report.endSubtree();
-        TAVOCAL_LOG(Error, kFitName, "Math exception was thrown when try to calc ellipsoid error");
-        throw CalibrationException(
-            "Failed to calculate ellipsoid fit because of large magnetic interface. Check your "
-            "environment");
+        failFit();
     } catch (const std::exception&) {
         TAVOCAL_LOG(Error, kFitName, "The environment is too noisy for calibrating");
         throw CalibrationException("The environment is too noisy for calibrating");
     }
+}
+
+void MagneticEnvironment::failFit() {
+    Verdict verdict(sensor, kCheckName);
+    sensor.report.beginSubtree("Magnetic_Environment_Test");
+    verdict.judge(
+        acceptedUpTo(kFitError, std::numeric_limits<double>::quiet_NaN(), kEllipsoidErrorLimit),
+        "Ellipsoid",
+        "Failed to calculate ellipsoid fit because of large magnetic interface. Check "
+        "your environment");
+    sensor.report.endSubtree();
+    TAVOCAL_LOG(Error, kFitName, "Math exception was thrown when try to calc ellipsoid error");
+    throw CalibrationException(verdict.reasons());
 }
 
 // Works on a copy of the samples: those that arrive meanwhile don't wait, still count to the
@@ -231,12 +242,10 @@ void MagneticEnvironment::fitRotations(double minSampleSpacing) {
     }
     const std::vector<Sample> cloud = spreadSamples(rotations, minSampleSpacing);
     preTestFit = Ellipsoid(cloud, 1.0);
-    const double error = preTestFit.meanError(cloud, 1.0);
-    sensor.report.addScalar(error, "EllipsoidError", "the error of the ellipsoid fit");
-    if (!(error <= kEllipsoidErrorLimit)) {
-        fail("EllipsoidError",
-             "The environment is not good for calibrating, ellipsoid error is too high");
-    }
+    judge(acceptedUpTo(kFitError, preTestFit.meanError(cloud, 1.0), kEllipsoidErrorLimit),
+          "EllipsoidError", "the error of the ellipsoid fit",
+          "The environment is not good for calibrating, ellipsoid error is too high",
+          Unit::unknown);
 }
 
 // ---- The verdict ----
@@ -250,26 +259,25 @@ void MagneticEnvironment::evaluate() {
     if (angles.empty()) {
         throw CalibrationException("length of bufferedData_testPhase invalid.");
     }
-    const double deviation = stdDev(angles);
-    sensor.report.addScalar(deviation, "Dip Angle STD", "the standard deviation of the dip angles");
-    if (!(deviation <= kDipAngleDeviationLimit)) {
-        fail("Dip Angle STD",
-             "The environment is not good for calibrating, dip angle standard deviation is too "
-             "high");
-    }
+    judge(acceptedUpTo("spread of the dip angle", stdDev(angles), kDipAngleDeviationLimit),
+          "Dip Angle STD", "the standard deviation of the dip angles",
+          "The environment is not good for calibrating, dip angle standard deviation is too high",
+          Unit::degree);
     const auto [smallest, largest] = std::minmax_element(angles.begin(), angles.end());
-    const double range = *largest - *smallest;
-    sensor.report.addScalar(range, "Dip Angle Range", "the range of the dip angles");
-    if (!(range <= kDipAngleRangeLimit)) {
-        fail("Dip Angle Range",
-             "The environment is not good for calibrating, dip angle range is too high");
-    }
+    judge(acceptedUpTo("range of the dip angle", *largest - *smallest, kDipAngleRangeLimit),
+          "Dip Angle Range", "the range of the dip angles",
+          "The environment is not good for calibrating, dip angle range is too high", Unit::degree);
     sensor.report.setAttribute("Success", "true");
 }
 
-void MagneticEnvironment::fail(const char* parameter, const char* message) {
-    sensor.report.setAttribute("FailureParameter", parameter);
-    throw CalibrationException(message);
+void MagneticEnvironment::judge(Judgement judgement, const char* parameter, const char* comment,
+                                const char* reason, Unit unit) {
+    sensor.report.addScalar(judgement.value, parameter, comment);
+    Verdict verdict(sensor, kCheckName);
+    verdict.judge(std::move(judgement), parameter, reason, unit);
+    if (verdict.failed()) {
+        throw CalibrationException(verdict.reasons());
+    }
 }
 
 }  // namespace tavocal

@@ -7,6 +7,7 @@
 
 #include "numerics/Sample.h"
 #include "sensors/magnetic/Ellipsoid.h"
+#include "vocabulary/Judgement.h"
 
 namespace tavocal {
 
@@ -60,7 +61,10 @@ class MagneticEnvironment {
 
   private:
     void fitRotations(double minSampleSpacing);
-    void fail(const char* parameter, const char* message);
+    [[noreturn]] void failFit();
+    // Reports a value and its judgement; throws CalibrationException with `reason` if it failed.
+    void judge(Judgement judgement, const char* parameter, const char* comment, const char* reason,
+               Unit unit);
 
     Sensor& sensor;
 };

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <sstream>
 #include <tuple>
 
 #include "base/Text.h"
@@ -45,6 +46,13 @@ class MagneticEnvironmentTest : public ::testing::Test {
 
     std::string fitFailure() {
         return failureOf([this] { sensor->userSignalledEnd(); });
+    }
+
+    std::string lastJudgement() const {
+        std::ostringstream text;
+        const Judgement& last = run.judgements.back();
+        text << last.parameter << " <= " << last.highest << (last.passed ? "" : " failed");
+        return text.str();
     }
 
     FakeRun run{FlowType::Full, RunCommand::MagEnvironmentTest};
@@ -165,6 +173,7 @@ TEST_F(MagneticEnvironmentTest, ARoughCloudFails) {
         EXPECT_EQ(sensor->environment.fitDone, passes);
         const std::string report = reportOf(*sensor);
         EXPECT_EQ(contains(report, " FailureParameter=EllipsoidError]("), !passes);
+        EXPECT_EQ(lastJudgement(), "EllipsoidError <= 0.05" + std::string(passes ? "" : " failed"));
         EXPECT_TRUE(contains(report, "EllipsoidError(Values('" + value));
     }
 }
@@ -175,6 +184,7 @@ TEST_F(MagneticEnvironmentTest, WithoutAFitTheFieldIsToBlame) {
     EXPECT_FALSE(sensor->environment.fitDone);
     const std::string node = "](Magnetic_Environment_Test[FailureParameter=Ellipsoid])";
     EXPECT_TRUE(contains(reportOf(*sensor), " Success=false IsPrimary=true" + node));
+    EXPECT_EQ(lastJudgement(), "Ellipsoid <= 0.05 failed");
 }
 
 // ---- The verdict ----
@@ -192,6 +202,7 @@ TEST_F(MagneticEnvironmentTest, JudgesSpreadThenRange) {
                                  "!the range of the dip angles! ", "Dip Angle "}) {
             report = replaceAll(report, text, "");
         }
+        EXPECT_EQ(run.judgements.back().reason == failure, failure != kNoFailure);
         return failure + report.substr(report.find(" Success="));
     };
     const std::string good = kNoFailure + std::string(" Success=true IsPrimary=true](STD(Values('");
