@@ -162,6 +162,7 @@ TEST_P(QualityGateTest, ReportsWhatItMeasured) {
     }
     // A gyroscope's means are turns, from which the bias has been taken.
     const auto gyroscope = makeNamedSensor("Gyroscope");
+    gyroscope->setManager(&run);
     gyroscope->stageMeans = gyroscope->scaleMatrix = gyroscope->axisMapping = identity(3);
     gyroscope->expectedValues = identity(3);
     gyroscope->offsetVector = {3.0, 3.0, 3.0};
