@@ -263,6 +263,9 @@ void InertialSensor::computeStageStatistics() {
         if (full && k + 3 < ind.size()) {
             appendSamples(position, bufferedData, {ind[k + 2], ind[k + 3]});
         }
+        if (position.empty()) {
+            throw noSamplesBefore(*this, k + 1);
+        }
         stageMeans.setRow(p, medianAndNoise(position));
     }
     noiseVector = noiseVector / stillStageCount;
@@ -270,9 +273,6 @@ void InertialSensor::computeStageStatistics() {
 }
 
 Vector InertialSensor::medianAndNoise(const std::vector<Sample>& samples) {
-    if (samples.empty()) {
-        throw MathException("The buffer is empty");
-    }
     std::vector<double> values(samples.size());
     for (int axis = 0; axis < 3; ++axis) {
         std::transform(samples.begin(), samples.end(), values.begin(),

@@ -68,7 +68,8 @@ class InertialSensor : public Sensor {
     double stillExtension(double t) const;
     Vector lastWindowMedian() const;
 
-    // Statistics of a calibration: stageMeans and noiseVector. To be called once.
+    // Statistics of a calibration: stageMeans and noiseVector. To be called once. Throws as
+    // findIndex, also for a position whose stage holds nothing but its last sample.
     virtual void computeStageStatistics();
     // The four-step gate over copies of the stage means.
     virtual void checkSuccess(Matrix means);
@@ -86,8 +87,8 @@ class InertialSensor : public Sensor {
     void ComputeStaticSegmentsStds();
     // The noise of the norm over the still stages, three times.
     Vector calcWhiteNoise() const;
-    // The medians by axis; adds the standard deviation of each axis to noiseVector. Throws
-    // MathException without samples.
+    // The medians by axis; adds the standard deviation of each axis to noiseVector. REQUIRES: there
+    // are samples.
     Vector medianAndNoise(const std::vector<Sample>& samples);
     // Jumps above `limit` between neighbours within one stage; out and back counts once.
     int countSpikes(int stage, double limit) const;

@@ -1,6 +1,5 @@
 #include "sensors/model/StageSegments.h"
 
-#include "base/Failures.h"
 #include "log/Logger.h"
 #include "log/ScopeLog.h"
 #include "sensors/model/SampleWindows.h"
@@ -41,13 +40,17 @@ std::vector<int> segmentIndexes(const Sensor& sensor, const std::vector<double>&
                  sensor.name + " Calibration Error: Failed splitting data to segments");
         }
         if (i != 0 && i != last && indexes[i] == indexes[i - 1]) {
-            throw CalibrationException(sensor.name +
-                                       " Calibration Error: No data was sampled during stage " +
-                                       std::to_string(i));
+            throw noSamplesBefore(sensor, i);
         }
     }
     indexes[last] = sampleCount;
     return indexes;
+}
+
+CalibrationException noSamplesBefore(const Sensor& sensor, std::size_t boundary) {
+    return CalibrationException(sensor.name +
+                                " Calibration Error: No data was sampled during stage " +
+                                std::to_string(boundary));
 }
 
 StageRange stageRange(const std::vector<int>& indexes, int stage) {

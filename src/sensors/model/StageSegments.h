@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "base/Failures.h"
 #include "numerics/Sample.h"
 
 namespace tavocal {
@@ -20,6 +21,9 @@ struct StageRange {
 // is above time i, strictly; the last entry is the sample count. Throws CalibrationException if
 // there are no samples or no times, if no sample lies behind a time, or if a middle stage is empty.
 std::vector<int> segmentIndexes(const Sensor& sensor, const std::vector<double>& segmentTimes);
+
+// That no sample lies before entry `boundary` of segmentIndexes and behind the entry before it.
+CalibrationException noSamplesBefore(const Sensor& sensor, std::size_t boundary);
 
 // The samples of a stage. An empty range if there is no such stage.
 StageRange stageRange(const std::vector<int>& indexes, int stage);

@@ -146,7 +146,11 @@ void Gyroscope::computeStageStatistics() {
     const std::size_t stride = times.size() == kFullFlowEntries ? 4 : 2;
     const std::vector<int> ind = findIndex();
     const int turns = integrateTurns(ind, stride);
-    offsetVector = medianAndNoise(stillSamples(ind));
+    const std::vector<Sample> still = stillSamples(ind);
+    if (still.empty()) {
+        throw noSamplesBefore(*this, 1);
+    }
+    offsetVector = medianAndNoise(still);
     replaceMissingNoise();
     for (int k = 0; k < turns; ++k) {
         const std::size_t begin = 1 + static_cast<std::size_t>(k) * stride;

@@ -94,6 +94,32 @@ TEST(InertialSensorTest, FullFlowTakesTwoStagesForAPosition) {
     EXPECT_EQ(bench.sensor->noiseVector[1], 9.0);
 }
 
+// A stage that holds nothing but its last sample shows no position; a gyroscope takes all stages
+// for one.
+TEST(InertialSensorTest, PositionWithoutSamplesIsNamed) {
+    for (const auto& [name, flow, shortStages, boundary] :
+         {std::tuple("Accelerometer", FlowType::FourSteps, "0", "1"),
+          std::tuple("Accelerometer", FlowType::FourSteps, "12", "3"),
+          std::tuple("Accelerometer_2", FlowType::AccelerometerOnly, "3", "7"),
+          std::tuple("Accelerometer", FlowType::Full, "6", "13"),
+          std::tuple("Magnetometer", FlowType::Full, "6", "13"),
+          std::tuple("Gyroscope", FlowType::FourSteps, "0123", "1")}) {
+        Bench bench(name, flow);
+        InertialSensor& sensor = *bench.sensor;
+        bench.run.stages = flow == FlowType::Full ? 7 : 4;
+        for (int i = 0; i < bench.run.stages; ++i) {
+            bench.addStage(ones3());
+            if (contains(shortStages, std::to_string(i))) {
+                auto& samples = sensor.bufferedData;
+                const bool last = i + 1 == bench.run.stages;
+                samples.erase(samples.end() - 100, samples.end() - (last ? 0 : 1));
+            }
+        }
+        EXPECT_EQ(failureOf([&] { sensor.calibrate(); }),
+                  sensor.name + " Calibration Error: No data was sampled during stage " + boundary);
+    }
+}
+
 TEST(InertialSensorTest, OneSampleOutAndBackIsOneSpike) {
     Bench bench("Accelerometer", FlowType::FourSteps);
     bench.run.times = {0.0, 80.0, 90.0, 100.0};
