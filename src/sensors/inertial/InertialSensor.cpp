@@ -389,9 +389,11 @@ Matrix InertialSensor::alignToExpected(const Matrix& measured) const {
 
 void InertialSensor::convertToFWForamt() {
     TAVOCAL_SCOPE_STARTED("InertialSensor::convertToFWForamt");
-    const CalibrationBlock body =
-        staticBody(convertOffset(offsetVector, samplingUnit, firmwareUnit),
-                   convertScaling(scaleMatrix), compressAxisMapping(axisMapping));
+    // One after the other, since each logs.
+    const std::uint32_t mapping = compressAxisMapping(axisMapping);
+    const FixedPointOffset offset = convertOffset(offsetVector, samplingUnit, firmwareUnit);
+    const FixedPointScale scale = convertScaling(scaleMatrix);
+    const CalibrationBlock body = staticBody(offset, scale, mapping);
     calibrationToWrite = prependFormat(addVendorData(body, originalCalibration));
 }
 
@@ -408,9 +410,8 @@ CalibrationBlock InertialSensor::getStaticDefault() const {
     if (!isStatic()) {
         throw CalibrationException("Internal error: not implemented");
     }
-    const CalibrationBlock body =
-        staticBody({}, convertScaling(identity(3)), compressAxisMapping(identity(3)));
-    return body;
+    const FixedPointScale scale = convertScaling(identity(3));
+    return staticBody({}, scale, compressAxisMapping(identity(3)));
 }
 
 double InertialSensor::whiteNoiseInFirmwareUnits() const {
