@@ -24,6 +24,10 @@ namespace tavocal {
 
 namespace {
 
+// Stands in noiseVector for a noise that rounding has lost: no other can be this, and it stays
+// what it is when noises are added up, unless one of them is no number.
+constexpr double kLostNoise = -std::numeric_limits<double>::infinity();
+
 // The first `rows` rows of `matrix`, zeros where it has none.
 Matrix withRows(const Matrix& matrix, int rows) {
     Matrix result(rows, matrix.cols());
@@ -247,7 +251,7 @@ void InertialSensor::ComputeStaticSegmentsStds() {
     }
 }
 
-void InertialSensor::computeStageStatistics() {
+bool InertialSensor::computeStageStatistics() {
     constexpr std::size_t kFullFlowEntries = 14;
     const std::vector<int> ind = findIndex();
     const bool full = ind.size() == kFullFlowEntries;
@@ -269,7 +273,7 @@ void InertialSensor::computeStageStatistics() {
         stageMeans.setRow(p, medianAndNoise(position));
     }
     noiseVector = noiseVector / stillStageCount;
-    replaceMissingNoise();
+    return replaceLostNoise();
 }
 
 Vector InertialSensor::medianAndNoise(const std::vector<Sample>& samples) {
@@ -277,18 +281,20 @@ Vector InertialSensor::medianAndNoise(const std::vector<Sample>& samples) {
     for (int axis = 0; axis < 3; ++axis) {
         std::transform(samples.begin(), samples.end(), values.begin(),
                        [axis](const Sample& sample) { return sample.values[axis]; });
-        noiseVector[axis] += std::sqrt(variance(values));
+        const double square = variance(values);
+        noiseVector[axis] += square < 0.0 ? kLostNoise : std::sqrt(square);
     }
     return medianOfAxes(samples, 0, static_cast<int>(samples.size()) - 1);
 }
 
-void InertialSensor::replaceMissingNoise() {
+bool InertialSensor::replaceLostNoise() {
+    bool measured = true;
     for (double& noise : noiseVector) {
-        if (std::isnan(noise)) {
-            noise = defaultNoise;
-            noiseWasMissing = true;
-        }
+        const bool lost = noise == kLostNoise;
+        measured = measured && !lost && !std::isnan(noise);
+        noise = lost ? defaultNoise : noise;
     }
+    return measured;
 }
 
 Vector InertialSensor::calcWhiteNoise() const {

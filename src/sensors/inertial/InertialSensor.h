@@ -69,8 +69,9 @@ class InertialSensor : public Sensor {
     Vector lastWindowMedian() const;
 
     // Statistics of a calibration: stageMeans and noiseVector. To be called once. Throws as
-    // findIndex, also for a position whose stage holds nothing but its last sample.
-    virtual void computeStageStatistics();
+    // findIndex, also for a position whose stage holds nothing but its last sample. False if the
+    // noise of an axis is no measured number.
+    virtual bool computeStageStatistics();
     // The four-step gate over copies of the stage means.
     virtual void checkSuccess(Matrix means);
     virtual Vector calibratedStageMean(int i) const;
@@ -130,7 +131,7 @@ class InertialSensor : public Sensor {
     Matrix expectedValues{4, 4};  // what a perfect sensor reads, one row per still stage
 
     GateLimits limits;
-    double defaultNoise = 0.0;  // stands in for a noise that is no number
+    double defaultNoise = 0.0;  // stands in for a noise that rounding has lost
     double faceUpStdLimit = 0.0;
     bool noGyroRotation = false;
 
@@ -153,9 +154,10 @@ class InertialSensor : public Sensor {
 
   protected:
     void addToFaceUpSums(const Sample& sample);
-    // Replaces elements of noiseVector that are no number by defaultNoise, and remembers it.
-    void replaceMissingNoise();
-    bool noiseWasMissing = false;
+    // Puts defaultNoise where rounding has lost the noise that medianAndNoise added up. A noise
+    // that is no number because a sample is none stays, for the gate to refuse. False if there was
+    // one of either.
+    bool replaceLostNoise();
     bool newestMovedFromReference() const;
 
   private:

@@ -156,7 +156,8 @@ void QualityGate::checkMeanNorm(const Vector& norms) {
 void QualityGate::checkFinite() {
     if (!allFinite(sensor.offsetVector.data(), sensor.offsetVector.size()) ||
         !allFinite(sensor.scaleMatrix) || !allFinite(sensor.axisMapping) ||
-        !allFinite(sensor.stageMeans)) {
+        !allFinite(sensor.stageMeans) ||
+        !allFinite(sensor.noiseVector.data(), sensor.noiseVector.size())) {
         fail("Not finite", "Calculated calibration is not finite.\n");
     }
 }

@@ -177,16 +177,12 @@ void Magnetometer::calibrateFull() {
     if (bufferedData.empty()) {
         throw MathException("The buffer is empty");
     }
-    computeStageStatistics();
-    setCloudSpacing();
+    const bool noiseMeasured = computeStageStatistics();
+    cloudSpacing = noiseMeasured ? 2.0 * norm(noiseVector) : defaultCloudSpacing;
     calcCorrection(Ellipsoid(spreadSamples(bufferedData, cloudSpacing)));
     splitAxisMapping(false);
     checkSuccessGate();
     convertToFWForamt();
-}
-
-void Magnetometer::setCloudSpacing() {
-    cloudSpacing = noiseWasMissing ? defaultCloudSpacing : 2.0 * norm(noiseVector);
 }
 
 void Magnetometer::calcCorrection(const Ellipsoid& fit) {

@@ -115,7 +115,6 @@ void Accelerometer::calibrateByFlow() {
 void Accelerometer::calibrateFull() {
     computeStageStatistics();
     noiseVector = calcWhiteNoise();
-    replaceMissingNoise();
     solveAffineMap();
     splitAxisMapping(false);
     checkSuccessGate();
@@ -148,7 +147,6 @@ void Accelerometer::solveAffineMap() {
 void Accelerometer::calibrateFourSteps() {
     computeStageStatistics();
     noiseVector = calcWhiteNoise();
-    replaceMissingNoise();
     mapFourStepAxes();
     findFourStepOffset();
     findFourStepScale();

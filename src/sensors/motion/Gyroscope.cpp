@@ -141,7 +141,7 @@ void Gyroscope::calibrateTurns() {
     convertToFWForamt();
 }
 
-void Gyroscope::computeStageStatistics() {
+bool Gyroscope::computeStageStatistics() {
     const std::vector<double> times = run().segmentTimes();
     const std::size_t stride = times.size() == kFullFlowEntries ? 4 : 2;
     const std::vector<int> ind = findIndex();
@@ -151,12 +151,13 @@ void Gyroscope::computeStageStatistics() {
         throw noSamplesBefore(*this, 1);
     }
     offsetVector = medianAndNoise(still);
-    replaceMissingNoise();
+    const bool noiseMeasured = replaceLostNoise();
     for (int k = 0; k < turns; ++k) {
         const std::size_t begin = 1 + static_cast<std::size_t>(k) * stride;
         const double length = times[begin + 1] - times[begin];
         stageMeans.setRow(k, row(stageMeans, k) - offsetVector * length * kSecondsPerMs);
     }
+    return noiseMeasured;
 }
 
 // The integrals of the measured turns into the rows of stageMeans; the result is their number. In

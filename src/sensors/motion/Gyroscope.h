@@ -25,7 +25,7 @@ class Gyroscope : public InertialSensor {
     bool rotationDetected(double since) override;
     void captureRotationBias() override;
 
-    void computeStageStatistics() override;
+    bool computeStageStatistics() override;
     Vector calibratedStageMean(int i) const override;
 
     // The limits of the flow.
