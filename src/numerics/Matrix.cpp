@@ -199,9 +199,7 @@ double trace(const Matrix& a) {
 }
 
 double determinant(const Matrix& a) {
-    if (a.rows() != 3 || a.cols() != 3) {
-        throw MathException("Matrix is not 3x3");
-    }
+    require3x3(a);
     return a[0][0] * (a[1][1] * a[2][2] - a[1][2] * a[2][1]) -
            a[0][1] * (a[1][0] * a[2][2] - a[1][2] * a[2][0]) +
            a[0][2] * (a[1][0] * a[2][1] - a[1][1] * a[2][0]);
@@ -271,6 +269,20 @@ int flatIndexOfAbsoluteMax(const Matrix& a) {
         }
     }
     return index;
+}
+
+bool is3x3(const Matrix& a) {
+    return a.rows() == 3 && a.cols() == 3;
+}
+
+void require3x3(const Matrix& a) {
+    if (!is3x3(a)) {
+        throw MathException("Matrix is not 3x3");
+    }
+}
+
+bool allFinite(const Matrix& a) {
+    return allFinite(flattened(a));
 }
 
 bool isDiagonal(const Matrix& a) {

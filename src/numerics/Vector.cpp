@@ -68,6 +68,13 @@ Vector operator/(const Vector& a, double s) {
     return a * (1.0 / s);
 }
 
+double signOf(double value) {
+    if (value == 0.0) {
+        return 0.0;
+    }
+    return value > 0.0 ? 1.0 : -1.0;
+}
+
 double sum(const Vector& a) {
     double total = 0.0;
     for (const double x : a) {
@@ -127,6 +134,10 @@ double angleBetween(const Vector& a, const Vector& b) {
 double clampedAngleBetween(const Vector& a, const Vector& b) {
     const double cosine = cosineBetween(a, b);
     return std::acos(std::fabs(cosine) > 1.0 ? std::copysign(1.0, cosine) : cosine);
+}
+
+bool allFinite(const Vector& a) {
+    return std::all_of(a.begin(), a.end(), [](double x) { return std::isfinite(x); });
 }
 
 double largestMagnitude(const Vector& a) {

@@ -63,6 +63,9 @@ Vector operator*(const Vector& a, double s);
 // a * (1.0 / s): a division by zero gives non-finite elements.
 Vector operator/(const Vector& a, double s);
 
+// 1.0, -1.0, or 0.0 for a zero of either sign.
+double signOf(double value);
+
 double sum(const Vector& a);
 double sumOfSquares(const Vector& a);
 double norm(const Vector& a);
@@ -81,6 +84,9 @@ Vector sqrtValues(const Vector& a);
 double angleBetween(const Vector& a, const Vector& b);
 // The same, with a cosine beyond 1 in magnitude replaced by its sign.
 double clampedAngleBetween(const Vector& a, const Vector& b);
+
+// No element is infinite or NaN.
+bool allFinite(const Vector& a);
 
 // The largest absolute value; 0.0 for the empty vector. NaNs are passed over, and values are
 // compared by their squares.

@@ -7,6 +7,7 @@
 #include "numerics/Sample.h"
 #include "platform/Console.h"
 #include "sensors/inertial/InertialSensor.h"
+#include "sensors/model/StageSegments.h"
 #include "vocabulary/SensorTypes.h"
 
 namespace tavocal {
@@ -15,7 +16,6 @@ namespace {
 
 // A stage counts as still when its last second was.
 constexpr double kStageLength = 1000.0;
-constexpr std::size_t kFullFlowEntries = 14;
 
 bool sameLuid(const std::shared_ptr<InertialSensor>& indicator, const Sensor& sensor) {
     return indicator != nullptr && indicator->getLuid() == sensor.getLuid();
@@ -245,7 +245,7 @@ void NewMotionProcess::markStageEnd(double t) {
 // in which a stage was recognised. In the Full flow a still stretch that ended a turn keeps its
 // length.
 void NewMotionProcess::finalizeSegments() {
-    const std::size_t step = segmentTimes.size() == kFullFlowEntries ? 4 : 2;
+    const std::size_t step = positionStride(segmentTimes.size());
     for (std::size_t i = 1; i < segmentTimes.size(); i += step) {
         segmentTimes[i] += extensionOf(segmentTimes[i]);
         if (i + 1 < segmentTimes.size() && segmentTimes[i] > segmentTimes[i + 1]) {

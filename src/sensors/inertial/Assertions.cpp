@@ -16,11 +16,6 @@ void print(const std::string& text) {
     platform::Console::instance().write(widen(text));
 }
 
-bool allFinite(const Vector& values) {
-    return std::all_of(values.begin(), values.end(),
-                       [](double value) { return std::isfinite(value); });
-}
-
 bool judgeVector(const Vector& a, const Vector& b, double distance, const std::string& label,
                  const std::string& note, double threshold) {
     if (allFinite(a) && distance <= threshold) {

@@ -9,7 +9,9 @@
 #include "numerics/Vector.h"
 #include "platform/Console.h"
 #include "sensors/inertial/Assertions.h"
+#include "sensors/inertial/AxisMapping.h"
 #include "sensors/inertial/InertialSensor.h"
+#include "sensors/inertial/StageStatistics.h"
 #include "sensors/model/RunContext.h"
 #include "vocabulary/SensorTypes.h"
 #include "vocabulary/TestingConfig.h"
@@ -17,8 +19,6 @@
 namespace tavocal {
 
 namespace {
-
-constexpr double kWrongAxisAngle = 0.7853981633974483;  // 45 degrees
 
 void addVerdict(SensorReport& report, bool passed) {
     report.addComment(passed ? ": PASSED" : " FAILED");
@@ -57,7 +57,7 @@ struct StageTest {
 
     // The right size along a wrong axis.
     bool readsWrongAxis() const {
-        return sensor.name != kGyroscopeName && angleBetween(expected(), mean()) >= kWrongAxisAngle;
+        return sensor.name != kGyroscopeName && pointsAlongWrongAxis(mean(), expected());
     }
 
     bool testNoise() const {
@@ -85,17 +85,6 @@ struct StageTest {
 };
 
 // ---- Face up ----
-
-struct FaceUpStatistics {
-    Vector mean;
-    Vector deviation;
-};
-
-FaceUpStatistics faceUpStatistics(const InertialSensor& sensor) {
-    const double n = sensor.sampleCount;
-    const Vector mean = sensor.sumOfValues / n;
-    return {mean, sqrtValues(absValues(sensor.sumOfSquares / n - elementProduct(mean, mean)))};
-}
 
 bool testFaceUpNoise(InertialSensor& sensor, const Vector& deviation) {
     static constexpr const char* kAxes[] = {"X", "Y", "Z"};

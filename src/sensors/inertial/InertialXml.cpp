@@ -5,7 +5,7 @@
 #include "calibration/StaticInertialXml.h"
 #include "calibration/WhiteNoiseXml.h"
 #include "calibration/XmlFields.h"
-#include "sensors/inertial/InertialSensor.h"
+#include "sensors/inertial/InertialBlockSensor.h"
 #include "xml/XmlElement.h"
 
 namespace tavocal {
@@ -20,7 +20,7 @@ CalibrationBlock readStaticBlock(const XmlElement& data, const CalibrationBlock&
     return block;
 }
 
-void importWhiteNoise(double value, InertialSensor& sensor) {
+void importWhiteNoise(double value, InertialBlockSensor& sensor) {
     sensor.setImportedWhiteNoise(value);
     sensor.setWhiteNoise(value);
     sensor.validateCalibrationData(sensor.originalCalibration);
@@ -29,7 +29,7 @@ void importWhiteNoise(double value, InertialSensor& sensor) {
 }  // namespace
 
 void writeInertialPayload(XmlElement& data, const CalibrationBlock& block,
-                          const InertialSensor& sensor) {
+                          const InertialBlockSensor& sensor) {
     requireBlockSize(block, kBlockHeadSize);
     if (block[0] != sensor.formatId) {
         throw CalibrationException("XML parsing error. Unsupported format of calibration data");
@@ -44,7 +44,7 @@ void writeInertialPayload(XmlElement& data, const CalibrationBlock& block,
 }
 
 void readInertialPayload(const XmlElement& data, int formatId, int version,
-                         InertialSensor& sensor) {
+                         InertialBlockSensor& sensor) {
     if (static_cast<std::uint32_t>(formatId) != sensor.formatId) {
         throw failureAt(data, "XML parsing error. Unsupported format of calibration data.");
     }

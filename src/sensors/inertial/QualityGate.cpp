@@ -22,14 +22,6 @@ namespace {
 constexpr const char* kLogName = "InertialSensor::checkSuccess";
 constexpr double kSmallestDeterminant = 0.1;
 
-bool allFinite(const double* values, int count) {
-    return std::all_of(values, values + count, [](double value) { return std::isfinite(value); });
-}
-
-bool allFinite(const Matrix& matrix) {
-    return allFinite(matrix.data(), matrix.rows() * matrix.cols());
-}
-
 std::vector<double> asList(const Vector& vector) {
     return {vector.begin(), vector.end()};
 }
@@ -154,10 +146,9 @@ void QualityGate::checkMeanNorm(const Vector& norms) {
 // Every comparison with a NaN is false, so none of the other checks refuses one. A mean that is
 // none would make them all pass, however good the rest is.
 void QualityGate::checkFinite() {
-    if (!allFinite(sensor.offsetVector.data(), sensor.offsetVector.size()) ||
-        !allFinite(sensor.scaleMatrix) || !allFinite(sensor.axisMapping) ||
-        !allFinite(sensor.stageMeans) ||
-        !allFinite(sensor.noiseVector.data(), sensor.noiseVector.size())) {
+    if (!allFinite(sensor.offsetVector) || !allFinite(sensor.scaleMatrix) ||
+        !allFinite(sensor.axisMapping) || !allFinite(sensor.stageMeans) ||
+        !allFinite(sensor.noiseVector)) {
         fail("Not finite", "Calculated calibration is not finite.\n");
     }
 }

@@ -9,8 +9,10 @@
 #include "base/Failures.h"
 #include "base/Text.h"
 #include "log/Logger.h"
+#include "numerics/Angles.h"
 #include "numerics/Statistics.h"
 #include "sensors/magnetic/SampleCloud.h"
+#include "sensors/model/SampleWindows.h"
 #include "sensors/model/Sensor.h"
 
 namespace tavocal {
@@ -25,30 +27,14 @@ constexpr double kBeginEndDifferenceThres_testPhase = 100.0;
 constexpr double kEllipsoidErrorLimit = 0.05;
 constexpr double kDipAngleDeviationLimit = 3.5;
 constexpr double kDipAngleRangeLimit = 17.0;
-constexpr double kDegreesPerRadian = 57.29577951308232;
 
 constexpr const char* kFitName = "Magnetometer::findFit";
 
-// The largest value less the smallest; NaN if any value is not finite.
-double axisRange(const std::vector<Sample>& samples, std::size_t first, std::size_t last,
-                 int axis) {
-    double smallest = std::numeric_limits<double>::max();
-    double largest = std::numeric_limits<double>::lowest();
-    for (std::size_t i = first; i <= last; ++i) {
-        const double value = samples[i].values[axis];
-        if (!std::isfinite(value)) {
-            return std::numeric_limits<double>::quiet_NaN();
-        }
-        smallest = std::min(smallest, value);
-        largest = std::max(largest, value);
-    }
-    return largest - smallest;
-}
-
-Vector axisRanges(const std::vector<Sample>& samples, std::size_t first, std::size_t last) {
+// Of each axis; NaN for one with a value that is not finite.
+Vector axisRanges(const std::vector<Sample>& samples, IndexWindow window) {
     Vector ranges(3);
     for (int axis = 0; axis < 3; ++axis) {
-        ranges[axis] = axisRange(samples, first, last, axis);
+        ranges[axis] = finiteAxisRange(samples, window, axis);
     }
     return ranges;
 }
@@ -125,7 +111,7 @@ bool MagneticEnvironment::singleRotation(int first, int last, int& axis) const {
             throw CalibrationException("Index of bufferedData invalid.");
         }
         const auto begin = static_cast<std::size_t>(first);
-        range = axisRanges(samples, begin, end);
+        range = axisRanges(samples, {first, last});
         difference = absValues(samples[begin].values - samples[end].values);
     }
     axis = indexOfSmallest(range);

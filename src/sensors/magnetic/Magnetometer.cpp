@@ -9,6 +9,7 @@
 
 #include "base/Failures.h"
 #include "log/Logger.h"
+#include "numerics/Angles.h"
 #include "numerics/MatrixInverse.h"
 #include "numerics/Statistics.h"
 #include "numerics/TextForms.h"
@@ -25,7 +26,6 @@ namespace tavocal {
 namespace {
 
 constexpr int kPositions = 4;
-constexpr double kHalfPi = 1.5707963267948966;
 constexpr int kCoarseSteps = 50;
 constexpr int kFineSteps = 100;
 constexpr double kCoarseStep = 0.06283185307179587;  // pi / 50

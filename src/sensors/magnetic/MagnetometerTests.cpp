@@ -8,6 +8,7 @@
 
 #include "base/Text.h"
 #include "log/Logger.h"
+#include "numerics/Angles.h"
 #include "numerics/Statistics.h"
 #include "numerics/TextForms.h"
 #include "sensors/inertial/Assertions.h"
@@ -21,7 +22,6 @@ namespace tavocal {
 
 namespace {
 
-constexpr double kDegreesPerRadian = 57.29577951308232;
 constexpr int kHeadings = 4;
 
 // How one test stands in the report.

@@ -11,6 +11,7 @@
 #include "sensors/model/SensorReport.h"
 #include "vocabulary/Luid.h"
 #include "vocabulary/RunTypes.h"
+#include "vocabulary/SensorTypes.h"
 #include "vocabulary/Unit.h"
 
 namespace tavocal {
@@ -112,10 +113,7 @@ class Sensor {
     SensorReport report{*this};
 
     LUID luid;
-    static constexpr int kGenericKind = 0;
-    static constexpr int kInertialKind = 1;
-    static constexpr int kAmbientLightKind = 2;
-    int sensorKind = kGenericKind;
+    SensorKind sensorKind = SensorKind::Generic;
     std::string name;
     Unit samplingUnit = Unit::unknown;  // of the samples and of all the maths
     Unit firmwareUnit = Unit::unknown;  // of the offset inside calibration blocks

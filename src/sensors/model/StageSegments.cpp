@@ -16,6 +16,15 @@ constexpr const char* kLogName = "InertialSensor::findIndex";
     throw CalibrationException(message);
 }
 
+// From one entry to the next.
+StageRange rangeAt(const std::vector<int>& indexes, int entry) {
+    const auto at = static_cast<std::size_t>(entry);
+    if (entry < 0 || at + 1 >= indexes.size()) {
+        return {};
+    }
+    return {indexes[at], indexes[at + 1]};
+}
+
 }  // namespace
 
 std::vector<int> segmentIndexes(const Sensor& sensor, const std::vector<double>& segmentTimes) {
@@ -54,11 +63,11 @@ CalibrationException noSamplesBefore(const Sensor& sensor, std::size_t boundary)
 }
 
 StageRange stageRange(const std::vector<int>& indexes, int stage) {
-    const std::size_t at = 2 * static_cast<std::size_t>(stage);
-    if (stage < 0 || at + 1 >= indexes.size()) {
-        return {};
-    }
-    return {indexes[at], indexes[at + 1]};
+    return rangeAt(indexes, 2 * stage);
+}
+
+StageRange motionRange(const std::vector<int>& indexes, int stage) {
+    return rangeAt(indexes, 2 * stage + 1);
 }
 
 void appendSamples(std::vector<Sample>& to, const std::vector<Sample>& from, StageRange range) {

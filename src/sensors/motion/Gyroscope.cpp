@@ -6,9 +6,11 @@
 
 #include "base/Failures.h"
 #include "base/Text.h"
+#include "numerics/Angles.h"
 #include "numerics/MatrixInverse.h"
 #include "numerics/Rotations.h"
 #include "sensors/inertial/Assertions.h"
+#include "sensors/inertial/AxisMapping.h"
 #include "sensors/inertial/FaceUpCalibration.h"
 #include "sensors/model/RunContext.h"
 #include "sensors/model/SampleWindows.h"
@@ -22,27 +24,8 @@ namespace tavocal {
 namespace {
 
 constexpr int kTurns = 3;
-constexpr std::size_t kFullFlowEntries = 14;
 constexpr double kSecondsPerMs = 0.001;
 constexpr double kMsPerSecond = 1000.0;
-constexpr double kRadiansPerDegree = 0.017453292519943295;
-constexpr double kWrongAxisAngle = 0.7853981633974483;  // 45 degrees
-
-double signOf(double value) {
-    if (value == 0.0) {
-        return 0.0;
-    }
-    return value > 0.0 ? 1.0 : -1.0;
-}
-
-// The samples between stage `motion` and the next one. An empty range if there is no such motion.
-StageRange motionRange(const std::vector<int>& ind, int motion) {
-    const std::size_t at = 2 * static_cast<std::size_t>(motion) + 1;
-    if (motion < 0 || at + 1 >= ind.size()) {
-        return {};
-    }
-    return {ind[at], ind[at + 1]};
-}
 
 }  // namespace
 
@@ -143,7 +126,7 @@ void Gyroscope::calibrateTurns() {
 
 bool Gyroscope::computeStageStatistics() {
     const std::vector<double> times = run().segmentTimes();
-    const std::size_t stride = times.size() == kFullFlowEntries ? 4 : 2;
+    const std::size_t stride = positionStride(times.size());
     const std::vector<int> ind = findIndex();
     const int turns = integrateTurns(ind, stride);
     const std::vector<Sample> still = stillSamples(ind);
@@ -287,7 +270,8 @@ bool Gyroscope::TestIntegration() {
     report.beginSubtree("Performing_TestIntegration");
     for (int i = 0; i < std::min(motionRotations.rows(), expectedValues.rows()); ++i) {
         const bool passed = testMotion(i);
-        suspect = suspect || (!passed && turnsAboutWrongAxis(i));
+        suspect =
+            suspect || (!passed && pointsAlongWrongAxis(row(motionRotations, i), expectedRow(i)));
         pass = pass && passed;
     }
     report.endSubtree();
@@ -313,11 +297,6 @@ bool Gyroscope::testMotion(int motion) {
     report.addAttributed("threshold", "", fixedText(threshold));
     report.addComment(passed ? ": PASSED" : " FAILED");
     return passed;
-}
-
-// So far off that a poor scale can't explain it.
-bool Gyroscope::turnsAboutWrongAxis(int motion) const {
-    return angleBetween(row(motionRotations, motion), expectedRow(motion)) >= kWrongAxisAngle;
 }
 
 }  // namespace tavocal
