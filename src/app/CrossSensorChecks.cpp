@@ -8,7 +8,7 @@
 #include "base/Failures.h"
 #include "base/Text.h"
 #include "log/Logger.h"
-#include "numerics/Angles.h"
+#include "numerics/Rotations.h"
 #include "numerics/Statistics.h"
 #include "numerics/Vector.h"
 #include "sensors/inertial/Assertions.h"

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "numerics/Angles.h"
 #include "numerics/MatrixInverse.h"
+#include "numerics/Rotations.h"
 #include "numerics/Statistics.h"
 
 namespace tavocal {

@@ -144,16 +144,7 @@ Vector operator*(const Matrix& a, const Vector& v) {
 }
 
 Vector operator*(const Vector& v, const Matrix& a) {
-    requireMeeting(v.size(), a.rows());
-    Vector result(a.cols());
-    for (int c = 0; c < a.cols(); ++c) {
-        double total = 0.0;
-        for (int i = 0; i < a.rows(); ++i) {
-            total += v[i] * a[i][c];
-        }
-        result[c] = total;
-    }
-    return result;
+    return transpose(a) * v;
 }
 
 Matrix operator*(const Matrix& a, double s) {

@@ -2,8 +2,6 @@
 
 #include <cmath>
 
-#include "numerics/Angles.h"
-
 namespace tavocal {
 
 namespace {

@@ -149,10 +149,14 @@ void NewMotionProcess::controlMinimal(double t) {
 }
 
 void NewMotionProcess::begin() {
-    detectionState = flowType == FlowType::Full ? DetectionState::StillBeforeRotation
-                                                : DetectionState::StillAfterMove;
+    detectionState = stateInPosition();
     firstControlCall = false;
     stagesDone = 0;
+}
+
+NewMotionProcess::DetectionState NewMotionProcess::stateInPosition() const {
+    return flowType == FlowType::Full ? DetectionState::StillBeforeRotation
+                                      : DetectionState::StillAfterMove;
 }
 
 bool NewMotionProcess::holdPassed(double t) const {
@@ -169,7 +173,6 @@ void NewMotionProcess::waitForStillness(double t) {
         gyroscopeIndicator->captureRotationBias();
     }
     extraHoldTime = 0.0;
-    lastEventTime = t;
 }
 
 void NewMotionProcess::waitForRotation(double t) {
@@ -201,8 +204,7 @@ void NewMotionProcess::waitForMove(double t) {
     if (!movedFromReference()) {
         return;
     }
-    detectionState = flowType == FlowType::Full ? DetectionState::StillBeforeRotation
-                                                : DetectionState::StillAfterMove;
+    detectionState = stateInPosition();
     lastEventTime = t;
 }
 
@@ -211,8 +213,11 @@ bool NewMotionProcess::allIndicatorsStill() {
     if (accelerometerIndicator != nullptr && !accelerometerIndicator->isStill(firstStage)) {
         return false;
     }
-    const auto& second = gyroscopeIndicator != nullptr ? gyroscopeIndicator : magnetometerIndicator;
-    return second == nullptr || second->isStill(firstStage);
+    return secondIndicator() == nullptr || secondIndicator()->isStill(firstStage);
+}
+
+InertialSensor* NewMotionProcess::secondIndicator() const {
+    return gyroscopeIndicator != nullptr ? gyroscopeIndicator.get() : magnetometerIndicator.get();
 }
 
 bool NewMotionProcess::rotationSeen() {
@@ -257,8 +262,7 @@ void NewMotionProcess::finalizeSegments() {
 double NewMotionProcess::extensionOf(double stageEnd) const {
     const double a =
         accelerometerIndicator != nullptr ? accelerometerIndicator->stillExtension(stageEnd) : 0.0;
-    const auto& second = gyroscopeIndicator != nullptr ? gyroscopeIndicator : magnetometerIndicator;
-    const double b = second != nullptr ? second->stillExtension(stageEnd) : a;
+    const double b = secondIndicator() != nullptr ? secondIndicator()->stillExtension(stageEnd) : a;
     return accelerometerIndicator != nullptr ? std::min(a, b) : b;
 }
 

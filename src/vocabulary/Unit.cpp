@@ -4,7 +4,7 @@
 #include <array>
 
 #include "base/Failures.h"
-#include "numerics/Angles.h"
+#include "numerics/Rotations.h"
 
 namespace tavocal {
 

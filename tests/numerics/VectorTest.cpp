@@ -72,4 +72,12 @@ TEST(VectorTest, TheFirstOfTheLargestElementsWins) {
     EXPECT_EQ(indexOfLargestSquare({0.0, 1.0, -2.0, 3.0}), 3);
 }
 
+TEST(VectorTest, SignsAndFiniteness) {
+    EXPECT_TRUE(signOf(1e-300) == 1.0 && signOf(-0.5) == -1.0 && signOf(-0.0) == 0.0);
+    EXPECT_TRUE(allFinite(Vector{}) && allFinite(Vector{1e308, -1e308}));
+    for (const double bad : {kNotANumber, kInfinity, -kInfinity}) {
+        EXPECT_FALSE(allFinite(Vector{0.0, bad}) || allFinite(diagonal({1.0, 2.0, bad})));
+    }
+}
+
 }  // namespace tavocal::test

@@ -4,11 +4,15 @@
 
 #include "base/Failures.h"
 #include "base/LittleEndian.h"
+#include "calibration/CustomXml.h"
 #include "calibration/InertialBlock.h"
+#include "calibration/StaticInertialXml.h"
+#include "calibration/WhiteNoiseXml.h"
+#include "calibration/XmlFields.h"
 #include "firmware/SDT.h"
 #include "log/ScopeLog.h"
 #include "platform/Console.h"
-#include "sensors/inertial/InertialXml.h"
+#include "xml/XmlElement.h"
 
 namespace tavocal {
 
@@ -58,18 +62,49 @@ void InertialBlockSensor::validateCalibrationData(const CalibrationBlock& block)
     }
 }
 
-void InertialBlockSensor::readCalibrationXml(const XmlElement& data, int blockFormat, int version) {
-    readInertialPayload(data, blockFormat, version, *this);
-}
+// ---- Calibration files ----
 
 void InertialBlockSensor::writeCalibrationXml(XmlElement& data,
                                               const CalibrationBlock& block) const {
-    writeInertialPayload(data, block, *this);
+    requireBlockSize(block, kBlockHeadSize);
+    if (block[0] != formatId) {
+        throw CalibrationException("XML parsing error. Unsupported format of calibration data");
+    }
+    if (isStatic()) {
+        writeStaticPayload(data, block);
+    } else if (isDynamic()) {
+        writeWhiteNoisePayload(data, block);
+    } else {
+        writeCustomPayload(data, block);
+    }
 }
 
-void InertialBlockSensor::setImportedWhiteNoise(double value) {
+void InertialBlockSensor::readCalibrationXml(const XmlElement& data, int blockFormat, int version) {
+    if (static_cast<std::uint32_t>(blockFormat) != formatId) {
+        throw failureAt(data, "XML parsing error. Unsupported format of calibration data.");
+    }
+    if (isStatic()) {
+        importStatic(data, version);
+    } else if (isDynamic()) {
+        importWhiteNoise(readWhiteNoisePayload(data));
+    } else {
+        throw failureAt(data, "XML parsing error. Unknown format of calibration data.");
+    }
+}
+
+void InertialBlockSensor::importStatic(const XmlElement& data, int version) {
+    CalibrationBlock block = blockHead(static_cast<int>(formatId), version);
+    const CalibrationBlock body = getStaticDefault();
+    block.insert(block.end(), body.begin(), body.end());
+    readStaticPayload(data, block);
+    importCalibration(std::move(block));
+}
+
+void InertialBlockSensor::importWhiteNoise(double value) {
     importedWhiteNoise = value;
     whiteNoiseImported = true;
+    setWhiteNoise(value);
+    validateCalibrationData(originalCalibration);
 }
 
 // ---- Reversal ----

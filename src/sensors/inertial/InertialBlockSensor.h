@@ -18,10 +18,11 @@ class InertialBlockSensor : public Sensor {
     void setCalibrationData(CalibrationBlock block) override;
     // A block may carry vendor data behind its own fields.
     void validateCalibrationData(const CalibrationBlock& block) const override;
+    // By the sensor's Flags a static or a dynamic payload, or none. The present block of a dynamic
+    // sensor must have been loaded, since only its white noise is replaced.
     void readCalibrationXml(const XmlElement& data, int blockFormat, int version) override;
+    // The payload is custom for a sensor that is neither static nor dynamic.
     void writeCalibrationXml(XmlElement& data, const CalibrationBlock& block) const override;
-    // The white noise that a calibration file gives a dynamic sensor; stored when its block loads.
-    void setImportedWhiteNoise(double value);
 
     void calcReverseSdt() override;
     void reverseStaticCalibration(Sample& sample) override;
@@ -34,6 +35,10 @@ class InertialBlockSensor : public Sensor {
     FirmwareReversal reversal;  // empty without a firmware block
 
   private:
+    void importStatic(const XmlElement& data, int version);
+    void importWhiteNoise(double value);
+
+    // What a calibration file gives a dynamic sensor; stored when its block loads.
     bool whiteNoiseImported = false;
     double importedWhiteNoise = 0.0;
     bool reversalLogged = false;

@@ -69,10 +69,6 @@ bool InertialSensor::supportsRunType(RunCommand command) const {
     return command == RunCommand::Calibrate;
 }
 
-void InertialSensor::setNoGyroRotation(bool noRotation) {
-    noGyroRotation = noRotation;
-}
-
 std::string InertialSensor::toDisplayText() const {
     const std::string title = isPrimary() ? name : "Second " + name;
     std::string text = title + " Offset:\n" + alignedRow(offsetVector);
@@ -84,20 +80,6 @@ std::string InertialSensor::toDisplayText() const {
 }
 
 // ---- Stillness and movement ----
-
-bool InertialSensor::rotationDetected(double /*since*/) {
-    return false;
-}
-
-bool InertialSensor::movedFromReference() {
-    return false;
-}
-
-void InertialSensor::captureRotationBias() {}
-
-void InertialSensor::setReferenceVector(const Vector& reference) {
-    referenceVector = reference;
-}
 
 bool InertialSensor::newestMovedFromReference() const {
     return !bufferedData.empty() &&
@@ -220,10 +202,6 @@ Vector InertialSensor::calibratedSample(int index, bool fromStageMeans) const {
 
 Vector InertialSensor::calibratedStageMean(int i) const {
     return calibratedVector(row(stageMeans, i));
-}
-
-Vector InertialSensor::expectedRow(int i) const {
-    return row(expectedValues, i);
 }
 
 void InertialSensor::checkSuccessGate() {

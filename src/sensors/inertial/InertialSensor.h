@@ -32,14 +32,14 @@ class InertialSensor : public InertialBlockSensor {
     std::string toDisplayText() const override;
     std::uint32_t getSampleCount() const override;
     bool supportsRunType(RunCommand command) const override;
-    void setNoGyroRotation(bool noRotation) override;
+    void setNoGyroRotation(bool noRotation) override { noGyroRotation = noRotation; }
 
     // Stage detection, on the delivering thread. `since` in milliseconds.
-    virtual bool rotationDetected(double since);
+    virtual bool rotationDetected(double /*since*/) { return false; }
     // The newest sample is further than moveThreshold from the reference vector.
-    virtual bool movedFromReference();
-    virtual void captureRotationBias();
-    void setReferenceVector(const Vector& reference);
+    virtual bool movedFromReference() { return false; }
+    virtual void captureRotationBias() {}
+    void setReferenceVector(const Vector& reference) { referenceVector = reference; }
     // The last window was still. In the first stage the limits are tightened to what it showed.
     bool isStill(bool firstStage);
     // For how long, in milliseconds, the device stayed as still after `t` as in the window from it.
@@ -75,7 +75,7 @@ class InertialSensor : public InertialBlockSensor {
     // The calibration applied to sample or stage mean `index`. Throws CalibrationException
     // "exception thrown in calibration" if that can't be done.
     Vector calibratedSample(int index, bool fromStageMeans) const;
-    Vector expectedRow(int i) const;
+    Vector expectedRow(int i) const { return row(expectedValues, i); }
 
     // Parts the axis mapping off a scaleMatrix that holds the whole linear map.
     void splitAxisMapping(bool useSingularValues);

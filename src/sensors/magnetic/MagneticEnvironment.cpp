@@ -9,7 +9,7 @@
 #include "base/Failures.h"
 #include "base/Text.h"
 #include "log/Logger.h"
-#include "numerics/Angles.h"
+#include "numerics/Rotations.h"
 #include "numerics/Statistics.h"
 #include "sensors/magnetic/SampleCloud.h"
 #include "sensors/model/SampleWindows.h"

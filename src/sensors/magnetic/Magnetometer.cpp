@@ -9,8 +9,8 @@
 
 #include "base/Failures.h"
 #include "log/Logger.h"
-#include "numerics/Angles.h"
 #include "numerics/MatrixInverse.h"
+#include "numerics/Rotations.h"
 #include "numerics/Statistics.h"
 #include "numerics/TextForms.h"
 #include "sensors/inertial/FaceUpCalibration.h"

@@ -8,7 +8,7 @@
 
 #include "base/Text.h"
 #include "log/Logger.h"
-#include "numerics/Angles.h"
+#include "numerics/Rotations.h"
 #include "numerics/Statistics.h"
 #include "numerics/TextForms.h"
 #include "sensors/inertial/Assertions.h"

@@ -6,7 +6,6 @@
 
 #include "base/Failures.h"
 #include "base/Text.h"
-#include "numerics/Angles.h"
 #include "numerics/MatrixInverse.h"
 #include "numerics/Rotations.h"
 #include "sensors/inertial/Assertions.h"
