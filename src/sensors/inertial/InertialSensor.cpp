@@ -31,6 +31,9 @@ Matrix withRows(const Matrix& matrix, int rows) {
 
 }  // namespace
 
+InertialSensor::InertialSensor(const LUID& identity)
+    : InertialBlockSensor(identity), StageIndicator(bufferedData) {}
+
 InertialSensor::~InertialSensor() = default;
 
 bool InertialSensor::testCalibration() {
@@ -77,29 +80,6 @@ std::string InertialSensor::toDisplayText() const {
         text += title + " Axis mapping:\n" + alignedMatrix(axisMapping);
     }
     return text;
-}
-
-// ---- Stillness and movement ----
-
-bool InertialSensor::newestMovedFromReference() const {
-    return !bufferedData.empty() &&
-           norm(bufferedData.back().values - referenceVector) > moveThreshold;
-}
-
-bool InertialSensor::isStill(bool firstStage) {
-    return tavocal::isStill(bufferedData, stillness, firstStage);
-}
-
-double InertialSensor::stillExtension(double t) const {
-    return tavocal::stillExtension(bufferedData, stillness.stillWindow, t);
-}
-
-Vector InertialSensor::lastWindowMedian() const {
-    if (bufferedData.empty()) {
-        return {};
-    }
-    const IndexWindow window = lastWindow(bufferedData, stillness.stillWindow);
-    return medianOfAxes(bufferedData, window.first, window.last);
 }
 
 // ---- Stages and their statistics ----

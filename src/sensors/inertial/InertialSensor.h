@@ -7,7 +7,7 @@
 #include "numerics/Vector.h"
 #include "sensors/inertial/GateLimits.h"
 #include "sensors/inertial/InertialBlockSensor.h"
-#include "sensors/inertial/Stillness.h"
+#include "sensors/inertial/StageIndicator.h"
 
 namespace tavocal {
 
@@ -15,15 +15,16 @@ namespace tavocal {
 // still stages, become a calibration
 //     calibrated = (scaleMatrix * axisMapping) * (x - offsetVector)
 // that a gate lets through, or are judged as they stand. A class brings its limits and what it
-// expects of each stage; what is computed and judged stands in StageStatistics.h, Stillness.h,
-// AxisMapping.h, QualityGate.h and InertialTests.h.
+// expects of each stage. What is computed and judged stands in StageStatistics.h, AxisMapping.h,
+// QualityGate.h and InertialTests.h; the firmware's block and the detection of stages are the
+// business of the base classes.
 //
 // Values are in samplingUnit, times in milliseconds. A stage is a still stretch; stage s covers the
 // samples [ind[2s], ind[2s + 1]) of findIndex, and the motion behind it
 // [ind[2s + 1], ind[2s + 2]).
-class InertialSensor : public InertialBlockSensor {
+class InertialSensor : public InertialBlockSensor, public StageIndicator {
   public:
-    using InertialBlockSensor::InertialBlockSensor;
+    explicit InertialSensor(const LUID& luid);
     ~InertialSensor() override;
 
     // Sensor. A sample with another number of values than three is dropped.
@@ -33,18 +34,6 @@ class InertialSensor : public InertialBlockSensor {
     std::uint32_t getSampleCount() const override;
     bool supportsRunType(RunCommand command) const override;
     void setNoGyroRotation(bool noRotation) override { noGyroRotation = noRotation; }
-
-    // Stage detection, on the delivering thread. `since` in milliseconds.
-    virtual bool rotationDetected(double /*since*/) { return false; }
-    // The newest sample is further than moveThreshold from the reference vector.
-    virtual bool movedFromReference() { return false; }
-    virtual void captureRotationBias() {}
-    void setReferenceVector(const Vector& reference) { referenceVector = reference; }
-    // The last window was still. In the first stage the limits are tightened to what it showed.
-    bool isStill(bool firstStage);
-    // For how long, in milliseconds, the device stayed as still after `t` as in the window from it.
-    double stillExtension(double t) const;
-    Vector lastWindowMedian() const;
 
     // Statistics of a calibration: stageMeans and noiseVector. To be called once. Throws as
     // findIndex, also for a position whose stage holds nothing but its last sample. False if the
@@ -111,12 +100,6 @@ class InertialSensor : public InertialBlockSensor {
     double noiseLimit = 0.0;
     double spikeLimit = 0.0;
 
-    // Stillness and movement.
-    StillnessLimits stillness;
-    double moveThreshold = 0.0;
-    double rotationThreshold = 0.0;
-    Vector referenceVector{0.0, 0.0, 0.0};
-
     // What a gate found.
     std::string failureReason;
     bool calibrationFailed = false;
@@ -127,7 +110,6 @@ class InertialSensor : public InertialBlockSensor {
     // that is no number because a sample is none stays, for the gate to refuse. False if there was
     // one of either.
     bool replaceLostNoise();
-    bool newestMovedFromReference() const;
 };
 
 }  // namespace tavocal

@@ -146,16 +146,6 @@ TEST(InertialSensorTest, PositionWithoutSamplesIsNamed) {
     }
 }
 
-TEST(InertialSensorTest, OneSampleOutAndBackIsOneSpike) {
-    Bench bench("Accelerometer", FlowType::FourSteps);
-    bench.run.times = {0.0, 80.0, 90.0, 100.0};
-    for (const double value : {0.0, 5.1, 0.0, 5.0, 10.1, 10.1, 0.0, 9.0, 0.0, 0.0}) {
-        const double time = 10.0 * static_cast<double>(bench.sensor->bufferedData.size() + 1);
-        bench.sensor->bufferedData.push_back({time, {0.0, value, 0.0}});
-    }
-    EXPECT_EQ(bench.sensor->countSpikes(0, 5.05), 3);
-}
-
 TEST(InertialSensorTest, WhatCannotBeAskedIsRefused) {
     Bench bench("Accelerometer", FlowType::FourSteps);
     InertialSensor& sensor = *bench.sensor;
