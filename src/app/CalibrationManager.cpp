@@ -372,7 +372,7 @@ CrossSensorChecks CalibrationManager::crossSensorChecks() const {
     return CrossSensorChecks(
         calibratingSensors,
         {settings.selectAccelerometer, settings.selectGyroscope, settings.selectMagnetometer},
-        sensorManager);
+        sensorManager.context());
 }
 
 }  // namespace tavocal

@@ -63,10 +63,6 @@ bool PreTestProcess::isStageIndicator(const Sensor& sensor) const {
     return stageIndicator != nullptr && sensor.getLuid() == stageIndicator->getLuid();
 }
 
-void PreTestProcess::allowNextStage() {
-    canMoveNext = true;
-}
-
 std::vector<std::string> PreTestProcess::requiredIndicatorTypes() const {
     return {kMagnetometerName};
 }

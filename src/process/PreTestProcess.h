@@ -24,7 +24,6 @@ class PreTestProcess : public Process {
     bool isUserPaced() const override;
     void CalibrationControl(const Sample& sample) override;
     bool isStageIndicator(const Sensor& sensor) const override;
-    void allowNextStage() override;
     std::vector<std::string> requiredIndicatorTypes() const override;
     bool setStageIndicator(const std::shared_ptr<Sensor>& sensor) override;
 

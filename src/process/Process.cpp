@@ -22,8 +22,6 @@ bool Process::keepsTimeBase() const {
     return true;
 }
 
-void Process::allowNextStage() {}
-
 void Process::buildStages() {}
 
 void Process::addCalibratedSensor(const std::shared_ptr<Sensor>& /*sensor*/) {}

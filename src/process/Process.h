@@ -48,8 +48,6 @@ class Process {
     // run can't go on.
     virtual void CalibrationControl(const Sample& sample) = 0;
     virtual bool isStageIndicator(const Sensor& sensor) const = 0;
-    // Raises canMoveNext from outside.
-    virtual void allowNextStage();
 
     // Type names of the sensors that can be indicators, the most wanted one first.
     virtual std::vector<std::string> requiredIndicatorTypes() const = 0;

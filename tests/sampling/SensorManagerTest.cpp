@@ -1,10 +1,13 @@
 #include "sampling/SensorManager.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 
 #include "formats/CsvParser.h"
+#include "log/Logger.h"
 #include "sampling/FakeRunParts.h"
+#include "support/Lines.h"
 #include "support/TempFolder.h"
 
 namespace tavocal::test {
@@ -75,7 +78,7 @@ TEST(SensorManager, OffersSensorsUpToTheFirstPrimaryOne) {
         EXPECT_EQ(SampledRun(names).process->calls, calls);
     }
     SampledRun run({"Gyroscope"});
-    EXPECT_EQ(&run.process->offered->run(), &run.manager);
+    EXPECT_EQ(&run.process->offered->run(), &run.manager.context());
     run.manager.prepareSensors();
     EXPECT_EQ(run.manager.findSensor("0073000000000000")->sensor, run.process->offered);
     EXPECT_FALSE(run.manager.findSensor("0073000000000002"));
@@ -84,6 +87,10 @@ TEST(SensorManager, OffersSensorsUpToTheFirstPrimaryOne) {
         failureOf([&] { run.manager.setProcess(run.process); }),
         "Could not locate sensor Magnetometer for sampling. Magnetometer is mandatory for this "
         "calibration process");
+}
+
+bool endsWithMove(const std::string& line) {
+    return line.ends_with("SensorManager: Can move next!!");
 }
 
 TEST(SensorManager, ReplaysUntilTheLastStage) {
@@ -100,8 +107,11 @@ TEST(SensorManager, ReplaysUntilTheLastStage) {
                   {MagEnvironmentTest, {{10}, {20}}, kNoFailure, "G10 A20 ! 2"}};
     for (const auto& [command, times, message, log] : rows) {
         SampledRun run({"Gyroscope", "Accelerometer"}, command);
+        const std::size_t logStart = Logger::instance().text().size();
         EXPECT_EQ(run.replay(times), message);
         EXPECT_EQ(run.log + std::to_string(run.process->stagesDone), log);
+        const auto lines = linesOf(Logger::instance().text().substr(logStart));
+        EXPECT_EQ(std::ranges::count_if(lines, endsWithMove), std::ranges::count(log, '!'));
     }
     // A sensor's failure leaves the run with what got through; that of a light stage ends it.
     SampledRun run({"Gyroscope", "Accelerometer"});
@@ -131,6 +141,17 @@ TEST(SensorManager, ReversesStoresAndHandsOnLiveSamples) {
     run.failAt<MathException>(1);
     run.live(1, 6030.0);
     EXPECT_EQ(run.waited(), "Math Error: torn off");
+}
+
+TEST(SensorManager, StageMayEndTheTimeBase) {
+    SampledRun run({"Accelerometer"});
+    run.process->keepsTime = false;
+    run.live(0, 1000.0);
+    run.live(0, 1010.0);
+    run.live(0, 1020.0);
+    EXPECT_EQ(run.waited(), kNoFailure);
+    run.live(0, 1030.0);
+    EXPECT_EQ(run.log, "A0 ! A10 ! A1030 ! ");
 }
 
 TEST(SensorManager, StopWithoutSensorsFails) {
