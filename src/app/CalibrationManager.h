@@ -8,12 +8,12 @@
 #include "app/CrossSensorChecks.h"
 #include "app/DataCollection.h"
 #include "app/FirmwareSide.h"
-#include "commandline/CmdLine.h"
 #include "commandline/RunSettings.h"
 #include "sampling/SensorManager.h"
 
 namespace tavocal {
 
+class CmdLine;
 class Process;
 class Sensor;
 
@@ -48,17 +48,16 @@ class CalibrationManager {
     void calibrateAll();
     void calibrateSensor(const std::shared_ptr<Sensor>& sensor) const;
     void testAll();
-    bool compareRotations(bool primary) const;
+    bool compareRotations(bool primary);
     bool testSensor(Sensor& sensor) const;
     [[noreturn]] void failTest() const;
     void magTest();
     void evaluateMagEnvironment() const;
-    CrossSensorChecks crossSensorChecks() const;
+    CrossSensorChecks crossSensorChecks();
     void writeReport() const;
     void handleFailure(const std::string& reason);
     void finish();
 
-    CmdLine cmdLine;
     RunSettings settings;
     SensorManager sensorManager;
     DataCollection collection;

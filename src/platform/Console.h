@@ -42,4 +42,9 @@ class Console {
     [[maybe_unused]] int savedConsoleAttribute = 0;
 };
 
+// Text on the operator's console.
+inline void print(std::string_view text) {
+    Console::instance().write(text);
+}
+
 }  // namespace tavocal::platform

@@ -44,7 +44,7 @@ bool PreTestProcess::needsUserInput() {
 std::string PreTestProcess::readUserInput() {
     char key = 0;
     platform::Console::instance().readCharacter(key);
-    platform::Console::instance().write("User pressed for signal start...\n");
+    platform::print("User pressed for signal start...\n");
     waitForStart = false;
     return {};
 }

@@ -40,7 +40,8 @@ class Process {
     virtual bool isThreeRotationsStage() const;
     // A step ends by the operator's key, not by detection.
     virtual bool isUserPaced() const;
-    // The sampling time base stays the same across a stage.
+    // Samples keep the run's time base behind a stage that was waited for; if not, they have the
+    // firmware's times from then on.
     virtual bool keepsTimeBase() const;
 
     // One sample of a stage indicator, with its timestamp on the run's time base. Raises

@@ -94,8 +94,8 @@ std::optional<SampleReceiver::Target> LiveSampling::findSensor(const std::string
     return SampleReceiver::Target{found->second, found->second->rawDivisor};
 }
 
-void LiveSampling::handleData(const std::shared_ptr<Sensor>& sensor,
-                              std::span<const double> values, double timeMs) {
+void LiveSampling::handleData(const std::shared_ptr<Sensor>& sensor, std::span<const double> values,
+                              double timeMs) {
     constexpr const char* kName = "SensorManager::handleData";
     if (values.size() != static_cast<std::size_t>(sensor->valuesPerSample)) {
         return;

@@ -41,8 +41,7 @@ class LiveSampling {
     void dropTimeBase() { timeBase.drop(); }
 
   private:
-    void take(const std::shared_ptr<Sensor>& sensor, std::span<const double> values,
-              double timeMs);
+    void take(const std::shared_ptr<Sensor>& sensor, std::span<const double> values, double timeMs);
 
     SamplingState& state;
     std::map<std::string, std::shared_ptr<Sensor>> sensorsByLuid;

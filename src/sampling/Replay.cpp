@@ -22,9 +22,8 @@ constexpr const char* kName = "SensorManager::playData";
 Replay::Replay(SamplingState& samplingState) : state(samplingState) {}
 
 void Replay::loadDump(const std::string& folder, const std::string& prefix, bool offline) {
-    platform::Console::instance().write("Loading data dump, this might take a while...\n");
-    state.samples =
-        CsvParser().readFromFile(dumpTemplate(folder, prefix), state.sensors, offline);
+    platform::print("Loading data dump, this might take a while...\n");
+    state.samples = CsvParser().readFromFile(dumpTemplate(folder, prefix), state.sensors, offline);
 }
 
 void Replay::playData() {

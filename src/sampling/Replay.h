@@ -8,8 +8,8 @@ class Sensor;
 struct Sample;
 struct SamplingState;
 
-// A run on dumps: reads them, and feeds their samples in time order through sensors and sequence, as
-// fast as these take them. Main thread; no sample thread exists meanwhile.
+// A run on dumps: reads them, and feeds their samples in time order through sensors and sequence,
+// as fast as these take them. Main thread; no sample thread exists meanwhile.
 class Replay {
   public:
     // `state` must outlive this object.

@@ -42,7 +42,7 @@ std::uint32_t chooseReportInterval(std::optional<int> wanted, RunCommand runType
     }
     const std::uint32_t largest = largestMinimalInterval(sensors, makeChannel);
     if (largest == 0) {
-        platform::Console::instance().write(
+        platform::print(
             "failed to get minimal reporting interval from sensor, will use default sampling "
             "interval: " +
             std::to_string(kLightInterval) + "ms\n");

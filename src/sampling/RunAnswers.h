@@ -1,28 +1,31 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
+#include "process/Process.h"
 #include "sampling/FailureSummary.h"
+#include "sampling/SamplingState.h"
 #include "sensors/model/RunContext.h"
 
 namespace tavocal {
 
-struct SamplingState;
-
 // Answers what the sensors ask of their run, from its sequence, and gathers their failures for the
-// operator. No sensor may ask before the run has a sequence.
+// operator. REQUIRES: the run has a sequence.
 class RunAnswers : public RunContext {
   public:
-    // `state` must outlive this object.
-    explicit RunAnswers(const SamplingState& state);
+    // `samplingState` must outlive this object.
+    explicit RunAnswers(const SamplingState& samplingState) : state(samplingState) {}
 
-    RunCommand runType() const override;
-    FlowType flowType() const override;
-    int stageCount() const override;
-    const std::vector<double>& segmentTimes() const override;
-    const std::vector<int>& lightSegments() const override;
-    bool isInteractive() const override;
-    void addFailure(int kind, const std::string& sensorName) override;
+    RunCommand runType() const override { return state.process->runType; }
+    FlowType flowType() const override { return state.process->flowType; }
+    int stageCount() const override { return state.process->stageCount; }
+    const std::vector<double>& segmentTimes() const override { return state.process->segmentTimes; }
+    const std::vector<int>& lightSegments() const override { return state.process->lightSegments; }
+    bool isInteractive() const override { return state.process->isInteractive(); }
+    void addFailure(int kind, const std::string& sensorName) override {
+        failures.addFailure(kind, sensorName);
+    }
 
     std::string failureSummary() const { return failures.text(); }
 

@@ -15,8 +15,8 @@
 
 namespace tavocal {
 
-// Stands between the data sources and the sensors of one run. It is the one face of what samples: it
-// is given the sensors and the sequence, and hands each operation to the part whose job it is.
+// Stands between the data sources and the sensors of one run. It is the one face of what samples:
+// it is given the sensors and the sequence, and hands each operation to the part whose job it is.
 //
 // Threads: the record session's thread calls findSensor, handleData and, like any thread,
 // stageDone; the interrupt thread may call stopSampling and getSamples; the main thread calls
@@ -66,7 +66,7 @@ class SensorManager : public SampleReceiver {
     void stageChanged(const std::string& text);
 
     // What the run's sensors ask.
-    const RunContext& context() const { return answers; }
+    RunContext& context() { return answers; }
     std::string failureSummary() const { return answers.failureSummary(); }
 
   private:

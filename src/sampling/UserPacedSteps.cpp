@@ -50,7 +50,7 @@ void UserPacedSteps::finish(Sensor& indicator, bool threeRotations) {
     if (isMagnetometer(indicator)) {
         checkMovement(indicator);
     }
-    platform::Console::instance().write("User pressed to signal end\n");
+    platform::print("User pressed to signal end\n");
     if (threeRotations) {
         indicator.userSignalledEnd();
         require(

@@ -4,6 +4,8 @@
 #include "app/FirmwareSide.h"
 #include "base/Text.h"
 #include "commandline/RunSettings.h"
+#include "firmware/KeluBase.h"
+#include "firmware/MakeKelu.h"
 #include "formats/CalibrationXml.h"
 #include "sensors/SensorFactory.h"
 #include "sensors/model/Sensor.h"
@@ -18,7 +20,7 @@ class FirmwareSideTest : public ::testing::Test {
   protected:
     const WorkingFolder folder;
     RunSettings settings;
-    const FirmwareSide side{settings};
+    const FirmwareSide side{settings, [] { return makeKelu(); }};
 };
 
 TEST_F(FirmwareSideTest, FormFactorsWithASecondInstance) {
@@ -35,7 +37,8 @@ TEST_F(FirmwareSideTest, ImportedSensorsMustBeListed) {
     saveCalibrationXml("second.xml", {sensor}, false);
     const SimulatedFirmware firmware({});
     settings.importsXml = true;
-    EXPECT_EQ(failureOf([&] { side.initPhysicalSensors("second.xml"); }),
+    settings.importFile = "second.xml";
+    EXPECT_EQ(failureOf([&] { side.initPhysicalSensors(); }),
               "A matching Accelerometer_2 physical sensor was not found on the platform in "
               "order to write the calibration data of 0073000100000102");
 }
@@ -74,7 +77,7 @@ TEST_F(FirmwareSideTest, BlocksThatARunReads) {
         settings.runCommand = static_cast<RunCommand>(command);
         settings.flowType = static_cast<FlowType>(flow);
         settings.exportsXml = command == 0;
-        const FirmwareSide::Sensors sensors = side.initPhysicalSensors("");
+        const FirmwareSide::Sensors sensors = side.initPhysicalSensors();
         side.loadSensorsData(sensors, {sensors[0]}, {{sensors[0], sensors[1]}});
         std::string loaded;
         for (std::size_t i = 0; i < 4; ++i) {
@@ -91,7 +94,7 @@ TEST_F(FirmwareSideTest, BlocksAreWrittenBeforeTheReset) {
         {"refused-set-calibration", "SMHI Error: Set calibration data command failed"}};
     for (const auto& [fault, failure] : kRows) {
         SimulatedFirmware firmware({"--fault", fault});
-        const FirmwareSide::Sensors sensors = side.initPhysicalSensors("");
+        const FirmwareSide::Sensors sensors = side.initPhysicalSensors();
         Sensor& light = *sensors.back();
         light.calibrationToWrite = simulator::lightBlock(3.0);
         EXPECT_EQ(messageOf<SmhiException>([&] { side.flushCalibrationData(sensors); }), failure);

@@ -23,18 +23,17 @@ TEST(ReportInterval, FollowsTheOptionTheRunAndTheSensors) {
         const auto kelu = std::make_shared<FakeKelu>();
         kelu->onWrite = [&](const Bytes& request) {
             const int minimum = std::get<2>(row).at(request.at(smhi::kRequestLuidAt + 6));
-            kelu->say(minimum < 0 ? simulator::headerAnswer(smhi::kGetProperty,
-                                                            simulator::FirmwareStatus::WrongState)
-                                  : simulator::propertyAnswer(
-                                        smhi::kMinReportInterval,
-                                        static_cast<std::uint32_t>(minimum) * 1000));
+            kelu->say(minimum < 0
+                          ? simulator::headerAnswer(smhi::kGetProperty,
+                                                    simulator::FirmwareStatus::WrongState)
+                          : simulator::propertyAnswer(smhi::kMinReportInterval,
+                                                      static_cast<std::uint32_t>(minimum) * 1000));
         };
         std::uint32_t chosen = 0;
         const std::string printed = printedBy([&, wanted = option, type = command] {
             chosen = chooseReportInterval(
                 wanted > 0 ? std::optional(wanted) : std::nullopt, type,
-                fakeSensors({"AmbientLightSensor_2", "AmbientLightSensor"}),
-                [&] { return kelu; });
+                fakeSensors({"AmbientLightSensor_2", "AmbientLightSensor"}), [&] { return kelu; });
         });
         EXPECT_EQ(chosen, interval);
         EXPECT_NE(printed.empty(), warns);

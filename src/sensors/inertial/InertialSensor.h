@@ -47,7 +47,6 @@ class InertialSensor : public Sensor {
     std::string toDisplayText() const override;
     std::uint32_t getSampleCount() const override;
     bool supportsRunType(RunCommand command) const override;
-    using Sensor::loadFromFirmware;
     // The form factor and the hinge too.
     void loadFromFirmware(SDT& firmware) override;
     void setCalibrationData(CalibrationBlock block) override;

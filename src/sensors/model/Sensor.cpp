@@ -57,11 +57,6 @@ bool Sensor::isTestable() const {
     return isStatic();
 }
 
-void Sensor::loadFromFirmware() {
-    SDT firmware;
-    loadFromFirmware(firmware);
-}
-
 void Sensor::loadFromFirmware(SDT& firmware) {
     CalibrationBlock block = firmware.getCalibrationData(luid);
     if (!block.empty()) {
