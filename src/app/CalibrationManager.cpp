@@ -6,7 +6,6 @@
 #include "base/Failures.h"
 #include "base/Text.h"
 #include "commandline/CmdLine.h"
-#include "firmware/KeluBase.h"
 #include "firmware/MakeKelu.h"
 #include "formats/CalibrationXml.h"
 #include "formats/TestingConfigFile.h"

@@ -4,7 +4,6 @@
 
 #include "base/Failures.h"
 #include "commandline/RunSettings.h"
-#include "firmware/KeluBase.h"
 #include "formats/CalibrationXml.h"
 #include "log/Logger.h"
 #include "platform/Console.h"

@@ -22,8 +22,6 @@ PreTestProcess::PreTestProcess() {
     segmentTimes.assign(2 * kSteps, 0.0);
 }
 
-PreTestProcess::~PreTestProcess() = default;
-
 std::string PreTestProcess::getInstructions(bool /*noEnter*/) {
     const auto s = static_cast<std::size_t>(currentStep);
     std::string text;

@@ -13,7 +13,6 @@ namespace tavocal {
 class PreTestProcess : public Process {
   public:
     PreTestProcess();
-    ~PreTestProcess() override;
 
     // Also sets, for isThreeRotationsStage, whether the step whose prompt this is closes the turns.
     std::string getInstructions(bool noEnter) override;

@@ -3,7 +3,6 @@
 #include <chrono>
 
 #include "base/Failures.h"
-#include "firmware/KeluBase.h"
 #include "firmware/MakeKelu.h"
 #include "firmware/PNRRecord.h"
 #include "firmware/SDT.h"
