@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <ranges>
 #include <string>
 
 #include "base/Failures.h"
@@ -63,12 +62,13 @@ bool offerIndicators(Process& process, const std::vector<std::shared_ptr<Sensor>
 
 std::shared_ptr<Sensor> lastIndicator(const Process& process,
                                       const std::vector<std::shared_ptr<Sensor>>& sensors) {
-    for (const auto& sensor : sensors | std::views::reverse) {
-        if (process.isStageIndicator(*sensor)) {
-            return sensor;
-        }
+    const auto last = std::find_if(sensors.rbegin(), sensors.rend(), [&](const auto& sensor) {
+        return process.isStageIndicator(*sensor);
+    });
+    if (last == sensors.rend()) {
+        throw CalibrationException("Error. stageIndicatorSensor is NULL");
     }
-    throw CalibrationException("Error. stageIndicatorSensor is NULL");
+    return *last;
 }
 
 }  // namespace tavocal
