@@ -1,6 +1,7 @@
 #include "app/CalibrationManager.h"
 
 #include "app/CrossSensorChecks.h"
+#include "app/MakeProcess.h"
 #include "app/RunReport.h"
 #include "app/SensorSelection.h"
 #include "base/Failures.h"
@@ -13,9 +14,7 @@
 #include "log/ScopeLog.h"
 #include "platform/Console.h"
 #include "platform/Files.h"
-#include "process/AlsProcess.h"
-#include "process/NewMotionProcess.h"
-#include "process/PreTestProcess.h"
+#include "process/Process.h"
 #include "sensors/inertial/InertialSensor.h"
 #include "sensors/magnetic/Magnetometer.h"
 #include "vocabulary/FormFactor.h"
@@ -63,7 +62,7 @@ void CalibrationManager::start() {
     TAVOCAL_SCOPE_STARTED(kStartName);
     loadTestingConfig(testingConfig());
     if (settings.samples()) {
-        createProcess();
+        process = makeProcess(settings);
     }
     initSensors();
     printSensors();
@@ -80,25 +79,6 @@ void CalibrationManager::start() {
         throw;
     }
     finish();
-}
-
-void CalibrationManager::createProcess() {
-    switch (settings.runCommand) {
-        case RunCommand::MagEnvironmentTest:
-            process = std::make_shared<PreTestProcess>();
-            break;
-        case RunCommand::CalibrateAls:
-            process = std::make_shared<AlsProcess>(settings.lightLevelsFile.empty());
-            if (!settings.lightLevelsFile.empty()) {
-                process->loadConfiguration(settings.lightLevelsFile);
-            }
-            break;
-        default:
-            process = std::make_shared<NewMotionProcess>(settings.flowType);
-            process->runType = settings.runCommand;
-            break;
-    }
-    process->prepare();
 }
 
 void CalibrationManager::initSensors() {

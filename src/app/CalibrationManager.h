@@ -38,7 +38,6 @@ class CalibrationManager {
 
   private:
     void makeExportFolder() const;
-    void createProcess();
     void initSensors();
     void printSensors() const;
     void prepareSampling();
