@@ -32,6 +32,10 @@ class CalibrationManager {
     // Stops sampling and writes the dumps of what was collected. Interrupt thread.
     void abort();
 
+    // Everything that the run has judged up to now, passed or failed, in order; also after a start
+    // that threw. Main thread.
+    const std::vector<Judgement>& judgements() const { return sensorManager.judgements(); }
+
     const std::string& exportFolder() const { return settings.exportFolder; }
     // Whole seconds that prompts waited for the operator.
     int userWaitSeconds() const { return collection.userWaitSeconds(); }

@@ -139,6 +139,11 @@ double largestMagnitude(const Vector& a) {
     return largest;
 }
 
+int countNotFinite(const Vector& a) {
+    return static_cast<int>(
+        std::count_if(a.begin(), a.end(), [](double x) { return !std::isfinite(x); }));
+}
+
 int indexOfLargestSquare(const Vector& a) {
     int index = 0;
     double largest = 0.0;

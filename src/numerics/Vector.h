@@ -85,6 +85,8 @@ double clampedAngleBetween(const Vector& a, const Vector& b);
 // The largest absolute value; 0.0 for the empty vector. NaNs are passed over, and values are
 // compared by their squares.
 double largestMagnitude(const Vector& a);
+// How many elements are infinite or no number.
+int countNotFinite(const Vector& a);
 // The index of the element with the largest square, the first of equals; 0 if there is none
 // above 0.0. NaNs are passed over.
 int indexOfLargestSquare(const Vector& a);

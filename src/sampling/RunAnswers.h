@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "process/Process.h"
@@ -10,8 +11,8 @@
 
 namespace tavocal {
 
-// Answers what the sensors ask of their run, from its sequence, and gathers their failures for the
-// operator. REQUIRES: the run has a sequence.
+// Answers what the sensors ask of their run, from its sequence, and keeps what they have judged and
+// what the operator should look at. REQUIRES: the run has a sequence.
 class RunAnswers : public RunContext {
   public:
     // `samplingState` must outlive this object.
@@ -23,14 +24,18 @@ class RunAnswers : public RunContext {
     const std::vector<double>& segmentTimes() const override { return state.process->segmentTimes; }
     const std::vector<int>& lightSegments() const override { return state.process->lightSegments; }
     bool isInteractive() const override { return state.process->isInteractive(); }
-    void addFailure(int kind, const std::string& sensorName) override {
+    void judged(Judgement judgement) override { judgementList.push_back(std::move(judgement)); }
+    void addFailure(FailureKind kind, const std::string& sensorName) override {
         failures.addFailure(kind, sensorName);
     }
 
+    // What the run has judged up to now, in order. Main thread.
+    const std::vector<Judgement>& judgements() const { return judgementList; }
     std::string failureSummary() const { return failures.text(); }
 
   private:
     const SamplingState& state;
+    std::vector<Judgement> judgementList;
     FailureSummary failures;
 };
 

@@ -67,6 +67,7 @@ class SensorManager : public SampleReceiver {
 
     // What the run's sensors ask.
     RunContext& context() { return answers; }
+    const std::vector<Judgement>& judgements() const { return answers.judgements(); }
     std::string failureSummary() const { return answers.failureSummary(); }
 
   private:
