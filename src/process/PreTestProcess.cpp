@@ -35,10 +35,6 @@ std::string PreTestProcess::getInstructions(bool /*noEnter*/) {
     return text + (s == 0 ? "\nPress Enter to signal start and finish" : "\nPress Enter when done");
 }
 
-bool PreTestProcess::needsUserInput() {
-    return waitForStart;
-}
-
 std::string PreTestProcess::readUserInput() {
     char key = 0;
     platform::Console::instance().readCharacter(key);
@@ -46,16 +42,6 @@ std::string PreTestProcess::readUserInput() {
     waitForStart = false;
     return {};
 }
-
-bool PreTestProcess::isThreeRotationsStage() const {
-    return threeRotationsStage;
-}
-
-bool PreTestProcess::isUserPaced() const {
-    return true;
-}
-
-void PreTestProcess::CalibrationControl(const Sample& /*sample*/) {}
 
 bool PreTestProcess::isStageIndicator(const Sensor& sensor) const {
     return stageIndicator != nullptr && sensor.getLuid() == stageIndicator->getLuid();

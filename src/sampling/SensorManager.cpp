@@ -31,10 +31,6 @@ void SensorManager::addAccelerometer() {
     state.process->setStageIndicator(accelerometer);
 }
 
-void SensorManager::loadDump(const std::string& folder, const std::string& prefix, bool offline) {
-    replay.loadDump(folder, prefix, offline);
-}
-
 // A failed step ends the run, so that its time base doesn't matter any more.
 void SensorManager::waitForStepFinish(bool threeRotations) {
     if (state.process->isUserPaced()) {
@@ -45,19 +41,6 @@ void SensorManager::waitForStepFinish(bool threeRotations) {
     if (!state.process->keepsTimeBase()) {
         live.dropTimeBase();
     }
-}
-
-std::optional<SampleReceiver::Target> SensorManager::findSensor(const std::string& luidText) {
-    return live.findSensor(luidText);
-}
-
-void SensorManager::handleData(const std::shared_ptr<Sensor>& sensor,
-                               std::span<const double> values, double timeMs) {
-    live.handleData(sensor, values, timeMs);
-}
-
-void SensorManager::stageDone(bool status) {
-    state.stages.stageDone(status);
 }
 
 void SensorManager::stageChanged(const std::string& text) {

@@ -31,7 +31,9 @@ class SensorManager : public SampleReceiver {
 
     // Reads the dumps of all sensors; `offline` takes the LUIDs from them too. Throws as
     // CsvParser::readFromFile.
-    void loadDump(const std::string& folder, const std::string& prefix, bool offline);
+    void loadDump(const std::string& folder, const std::string& prefix, bool offline) {
+        replay.loadDump(folder, prefix, offline);
+    }
     // Feeds the dumps' samples in time order through sensors and sequence, on this thread. Throws
     // CalibrationException if a calibration's dump ends before all stages were found, or if a
     // sensor's data ends early.
@@ -54,10 +56,14 @@ class SensorManager : public SampleReceiver {
     void waitForStepFinish(bool threeRotations);
 
     // SampleReceiver.
-    std::optional<Target> findSensor(const std::string& luidText) override;
+    std::optional<Target> findSensor(const std::string& luidText) override {
+        return live.findSensor(luidText);
+    }
     void handleData(const std::shared_ptr<Sensor>& sensor, std::span<const double> values,
-                    double timeMs) override;
-    void stageDone(bool status) override;
+                    double timeMs) override {
+        live.handleData(sensor, values, timeMs);
+    }
+    void stageDone(bool status) override { state.stages.stageDone(status); }
 
     // Every stored sample of the run. Once sampling has stopped.
     const SensorDataMap& getSamples() const { return state.samples; }
