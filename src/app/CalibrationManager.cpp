@@ -1,20 +1,20 @@
 #include "app/CalibrationManager.h"
 
 #include "app/CrossSensorChecks.h"
+#include "app/MakeProcess.h"
 #include "app/RunReport.h"
 #include "app/SensorSelection.h"
 #include "base/Failures.h"
 #include "base/Text.h"
-#include "base/TextToNumber.h"
+#include "commandline/CmdLine.h"
+#include "firmware/MakeKelu.h"
 #include "formats/CalibrationXml.h"
 #include "formats/TestingConfigFile.h"
 #include "log/Logger.h"
 #include "log/ScopeLog.h"
 #include "platform/Console.h"
 #include "platform/Files.h"
-#include "process/AlsProcess.h"
-#include "process/NewMotionProcess.h"
-#include "process/PreTestProcess.h"
+#include "process/Process.h"
 #include "sensors/inertial/InertialSensor.h"
 #include "sensors/magnetic/Magnetometer.h"
 #include "vocabulary/FormFactor.h"
@@ -28,17 +28,14 @@ namespace {
 constexpr const char* kStartName = "CalibrationManager::start";
 constexpr const char* kAllSensorsFailed = "Calibration failed for all sensors. ";
 
-void print(const std::string& text) {
-    platform::Console::instance().write(text);
-}
-
 }  // namespace
 
-CalibrationManager::CalibrationManager(const CmdLine& commandLine)
-    : cmdLine(commandLine),
-      settings(runSettings(cmdLine)),
-      collection(cmdLine, settings, sensorManager),
-      firmware(settings) {
+using platform::print;
+
+CalibrationManager::CalibrationManager(const CmdLine& cmdLine)
+    : settings(runSettings(cmdLine)),
+      collection(settings, sensorManager),
+      firmware(settings, [] { return makeKelu(); }) {
     makeExportFolder();
 }
 
@@ -48,7 +45,8 @@ void CalibrationManager::makeExportFolder() const {
     if (!settings.exportFolderSet) {
         return;
     }
-    const std::string folder = cmdLine.value("ExportAllFiles");
+    // Without the backslash behind it.
+    const std::string folder = settings.exportFolder.substr(0, settings.exportFolder.size() - 1);
     if (!platform::createFolders(folder)) {
         print("Failed creating directory\n");
     }
@@ -64,7 +62,7 @@ void CalibrationManager::start() {
     TAVOCAL_SCOPE_STARTED(kStartName);
     loadTestingConfig(testingConfig());
     if (settings.samples()) {
-        createProcess();
+        process = makeProcess(settings);
     }
     initSensors();
     printSensors();
@@ -83,33 +81,14 @@ void CalibrationManager::start() {
     finish();
 }
 
-void CalibrationManager::createProcess() {
-    switch (settings.runCommand) {
-        case RunCommand::MagEnvironmentTest:
-            process = std::make_shared<PreTestProcess>();
-            break;
-        case RunCommand::CalibrateAls:
-            process = std::make_shared<AlsProcess>(!cmdLine.hasOption("Auto"));
-            if (cmdLine.hasOption("Auto")) {
-                process->loadConfiguration(cmdLine.value("Auto"));
-            }
-            break;
-        default:
-            process = std::make_shared<NewMotionProcess>(settings.flowType);
-            process->runType = settings.runCommand;
-            break;
-    }
-    process->prepare();
-}
-
 void CalibrationManager::initSensors() {
-    const SensorSelection selection(cmdLine, settings);
+    const SensorSelection selection(settings);
     if (settings.runsWithoutDevice()) {
         physicalSensors = selection.initSensorsFromDumps();
     } else {
         firmware.checkAdministrator();
         TAVOCAL_LOG(Info, kStartName, "before initPhysicalSensors");
-        physicalSensors = firmware.initPhysicalSensors(cmdLine.value("ImportXml"));
+        physicalSensors = firmware.initPhysicalSensors();
         TAVOCAL_LOG(Info, kStartName, "after initPhysicalSensors");
     }
     if (settings.samples()) {
@@ -140,8 +119,8 @@ void CalibrationManager::prepareSampling() {
     if (settings.usesDumps) {
         return;
     }
-    if (cmdLine.hasOption("SamplingInterval")) {
-        sensorManager.setSamplingInterval(parseInt(cmdLine.value("SamplingInterval")));
+    if (settings.samplingInterval) {
+        sensorManager.setSamplingInterval(*settings.samplingInterval);
     }
     sensorManager.prepareSensors();
 }
@@ -158,7 +137,7 @@ void CalibrationManager::saveCurrentCalibration() const {
 }
 
 void CalibrationManager::saveExport() const {
-    const std::string path = cmdLine.value("ExportXml");
+    const std::string& path = settings.exportFile;
     print("Saving original calibration data to file " + path + "\n");
     const std::size_t separator = path.rfind('\\');
     if (separator != std::string::npos) {
@@ -251,7 +230,8 @@ void CalibrationManager::calibrateAll() {
             }
         }
     }
-    // The process knows that a run with an accelerometer alone has no turns to compare.
+    // The flow that was asked for. A run with an accelerometer alone counts as full too; it has no
+    // two sensors to compare.
     if (ok && settings.flowType == FlowType::Full) {
         try {
             crossSensorChecks().checkCalibration();
@@ -372,7 +352,7 @@ CrossSensorChecks CalibrationManager::crossSensorChecks() {
     return CrossSensorChecks(
         calibratingSensors,
         {settings.selectAccelerometer, settings.selectGyroscope, settings.selectMagnetometer},
-        sensorManager);
+        sensorManager.context());
 }
 
 }  // namespace tavocal

@@ -8,12 +8,12 @@
 #include "app/CrossSensorChecks.h"
 #include "app/DataCollection.h"
 #include "app/FirmwareSide.h"
-#include "commandline/CmdLine.h"
 #include "commandline/RunSettings.h"
 #include "sampling/SensorManager.h"
 
 namespace tavocal {
 
+class CmdLine;
 class Process;
 class Sensor;
 
@@ -42,7 +42,6 @@ class CalibrationManager {
 
   private:
     void makeExportFolder() const;
-    void createProcess();
     void initSensors();
     void printSensors() const;
     void prepareSampling();
@@ -62,7 +61,6 @@ class CalibrationManager {
     void handleFailure(const std::string& reason);
     void finish();
 
-    CmdLine cmdLine;
     RunSettings settings;
     SensorManager sensorManager;
     DataCollection collection;

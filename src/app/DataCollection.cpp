@@ -8,8 +8,6 @@
 #include "app/CalibratedDump.h"
 #include "base/Clock.h"
 #include "base/Failures.h"
-#include "base/TextToNumber.h"
-#include "commandline/CmdLine.h"
 #include "commandline/RunSettings.h"
 #include "formats/CsvParser.h"
 #include "log/Logger.h"
@@ -21,17 +19,10 @@
 
 namespace tavocal {
 
-namespace {
+using platform::print;
 
-void print(const std::string& text) {
-    platform::Console::instance().write(text);
-}
-
-}  // namespace
-
-DataCollection::DataCollection(const CmdLine& commandLine, const RunSettings& runSettings,
-                               SensorManager& manager)
-    : cmdLine(commandLine), settings(runSettings), sensorManager(manager) {}
+DataCollection::DataCollection(const RunSettings& runSettings, SensorManager& manager)
+    : settings(runSettings), sensorManager(manager) {}
 
 void DataCollection::collectData(Process& process,
                                  const std::vector<std::shared_ptr<Sensor>>& sensors,
@@ -61,16 +52,14 @@ void DataCollection::replay(Process& process, const std::vector<std::shared_ptr<
 // ---- Live ----
 
 void DataCollection::collectLive(Process& process, const std::function<void()>& writeReport) {
-    const bool noEnter = cmdLine.hasOption("NoEnter");
-    const int noEnterMs = noEnter ? parseInt(cmdLine.value("NoEnter")) : 0;
-    if (noEnter && noEnterMs == 0) {
+    if (settings.waitingTime == 0) {
         throw CalibrationException("Error. atoi() returned 0.");
     }
-    print(process.getInstructions(noEnter) + "\n");
+    print(process.getInstructions(settings.waitingTime.has_value()) + "\n");
     try {
-        runSteps(process, noEnterMs);
+        runSteps(process);
     } catch (const CalibrationException&) {
-        reportFailedCollection(writeReport);
+        endFailedCollection(writeReport);
         throw;
     } catch (const std::exception&) {
         stopQuietly();
@@ -82,9 +71,9 @@ void DataCollection::collectLive(Process& process, const std::function<void()>& 
     }
 }
 
-void DataCollection::runSteps(Process& process, int noEnterMs) {
+void DataCollection::runSteps(Process& process) {
     for (int step = 0; step < process.stageCount; ++step) {
-        runStep(process, step, noEnterMs);
+        runStep(process, step);
         if (step < process.stageCount - 1) {
             process.currentStep = std::min(process.currentStep + 1, process.stageCount - 1);
             print(process.getInstructions(true) + "\n");
@@ -92,12 +81,12 @@ void DataCollection::runSteps(Process& process, int noEnterMs) {
     }
 }
 
-void DataCollection::runStep(Process& process, int step, int noEnterMs) {
-    if (process.needsUserInput() && noEnterMs == 0) {
+void DataCollection::runStep(Process& process, int step) {
+    if (process.needsUserInput() && !settings.waitingTime) {
         readOperator(process);
     }
     platform::Console::instance().flush();
-    std::this_thread::sleep_for(std::chrono::milliseconds(noEnterMs));
+    std::this_thread::sleep_for(std::chrono::milliseconds(settings.waitingTime.value_or(0)));
     if (step == 0) {
         startSampling();
     }
@@ -153,16 +142,16 @@ void DataCollection::stopAfterLastStep() {
     }
 }
 
-void DataCollection::reportFailedCollection(const std::function<void()>& writeReport) {
-    platform::Console& console = platform::Console::instance();
-    console.setConsoleColour(platform::kLightRed);
+// The report comes last: it may fail, and then the samples are still to be dumped.
+void DataCollection::endFailedCollection(const std::function<void()>& writeReport) {
+    if (!settings.isMagTest) {
+        platform::Console::instance().writeColoured(platform::kLightRed,
+                                                    "DATA COLLECTION FAILED\n");
+    }
+    stopQuietly();
     if (settings.isMagTest) {
         writeReport();
-    } else {
-        console.write("DATA COLLECTION FAILED\n");
     }
-    console.resetConsoleColour();
-    stopQuietly();
 }
 
 void DataCollection::stopQuietly() {
@@ -192,7 +181,7 @@ void DataCollection::writeDump() {
 }
 
 void DataCollection::writeCalibratedDump() {
-    if (!settings.exportFolderSet || !cmdLine.hasOption("ExportResult")) {
+    if (!settings.exportFolderSet || !settings.exportsResult) {
         return;
     }
     const std::lock_guard<std::mutex> lock(dumpMutex);

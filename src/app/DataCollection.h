@@ -8,7 +8,6 @@
 
 namespace tavocal {
 
-class CmdLine;
 class Process;
 class Sensor;
 class SensorManager;
@@ -21,13 +20,13 @@ struct RunSettings;
 // held during a prompt or a stage's wait.
 class DataCollection {
   public:
-    // All must outlive this object.
-    DataCollection(const CmdLine& cmdLine, const RunSettings& settings,
-                   SensorManager& sensorManager);
+    // Both must outlive this object.
+    DataCollection(const RunSettings& settings, SensorManager& sensorManager);
 
     // Leads through the stages of `process`, or replays the dumps. `writeReport` is called if a
-    // magnetic environment test fails here, since its checks are in the report already. Throws
-    // CalibrationException if the run can't be completed.
+    // magnetic environment test fails here, since its checks are in the report already; sampling
+    // has stopped by then. Throws CalibrationException if the run can't be completed, or what
+    // `writeReport` throws.
     void collectData(Process& process, const std::vector<std::shared_ptr<Sensor>>& sensors,
                      const std::function<void()>& writeReport);
 
@@ -47,16 +46,15 @@ class DataCollection {
 
     void replay(Process& process, const std::vector<std::shared_ptr<Sensor>>& sensors);
     void collectLive(Process& process, const std::function<void()>& writeReport);
-    void runSteps(Process& process, int noEnterMs);
-    void runStep(Process& process, int step, int noEnterMs);
+    void runSteps(Process& process);
+    void runStep(Process& process, int step);
     void readOperator(Process& process);
     void startSampling();
     void stopSampling();
     void stopAfterLastStep();
     void stopQuietly();
-    void reportFailedCollection(const std::function<void()>& writeReport);
+    void endFailedCollection(const std::function<void()>& writeReport);
 
-    const CmdLine& cmdLine;
     const RunSettings& settings;
     SensorManager& sensorManager;
     std::mutex collectionMutex;

@@ -44,7 +44,7 @@ std::shared_ptr<CalibrationManager> publishedManager() {
 }
 
 void printLine(const std::string& text) {
-    platform::Console::instance().write(text + "\n");
+    platform::print(text + "\n");
     platform::Console::instance().flush();
 }
 
@@ -93,7 +93,7 @@ int runProgram(int argc, char** argv) {
         return 0;
     } catch (const CmdLineException& exception) {
         printLine(exception.what());
-        platform::Console::instance().write(cmdLine.usage(argc > 0 ? argv[0] : ""));
+        platform::print(cmdLine.usage(argc > 0 ? argv[0] : ""));
         platform::Console::instance().flush();
     } catch (const SmhiException& exception) {
         printLine(exception.what());

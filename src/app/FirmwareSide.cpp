@@ -1,8 +1,9 @@
 #include "app/FirmwareSide.h"
 
+#include <utility>
+
 #include "base/Failures.h"
 #include "commandline/RunSettings.h"
-#include "firmware/SDT.h"
 #include "formats/CalibrationXml.h"
 #include "log/Logger.h"
 #include "platform/Console.h"
@@ -50,19 +51,10 @@ void requireListed(const Sensor& imported, const std::vector<LUID>& listed) {
                                imported.getLuidText());
 }
 
-void loadSensor(Sensor& sensor) {
-    constexpr const char* kName = "CalibrationManager::loadSensorsData";
-    TAVOCAL_LOG(Debug, kName, "Calling getCalibrationData for sensor " + sensor.getDisplayName());
-    try {
-        sensor.loadFromFirmware();
-    } catch (const SmhiException&) {
-        TAVOCAL_LOG(Warning, kName, "Caught exception from getCalibrationData");
-    }
-}
-
 }  // namespace
 
-FirmwareSide::FirmwareSide(const RunSettings& runSettings) : settings(runSettings) {}
+FirmwareSide::FirmwareSide(const RunSettings& runSettings, SDT::ChannelFactory channelFactory)
+    : settings(runSettings), makeChannel(std::move(channelFactory)) {}
 
 void FirmwareSide::checkAdministrator() const {
     if (!platform::hasDeviceRights()) {
@@ -72,7 +64,7 @@ void FirmwareSide::checkAdministrator() const {
 }
 
 void FirmwareSide::checkSecondInstance() const {
-    const auto formFactor = static_cast<FormFactor>(SDT().getFormFactor());
+    const auto formFactor = static_cast<FormFactor>(sdt().getFormFactor());
     if (formFactor != FormFactor::twoInOne && formFactor != FormFactor::mid) {
         throw CalibrationException(
             "Second sensor instance for form factors other than 2in1 or MID is not supported, "
@@ -81,11 +73,12 @@ void FirmwareSide::checkSecondInstance() const {
     }
 }
 
-FirmwareSide::Sensors FirmwareSide::initPhysicalSensors(const std::string& importFile) const {
-    const std::vector<LUID> listed = SDT().enumerateSensors();
+FirmwareSide::Sensors FirmwareSide::initPhysicalSensors() const {
+    const std::vector<LUID> listed = sdt().enumerateSensors();
     Sensors sensors;
     if (settings.importsXml) {
-        sensors = loadCalibrationXml(importFile);
+        SDT firmware = sdt();
+        sensors = loadCalibrationXml(settings.importFile, firmware);
         for (const auto& sensor : sensors) {
             requireListed(*sensor, listed);
         }
@@ -117,8 +110,7 @@ void FirmwareSide::loadSensorsData(const Sensors& physicalSensors,
                                    const Sensors& calibratingSensors,
                                    const Companions& companions) const {
     if (settings.exportsXml) {
-        platform::Console::instance().write(
-            "Loading calibration data from FW, this might take a while...\n");
+        platform::print("Loading calibration data from FW, this might take a while...\n");
     }
     for (const auto& sensor : settings.exportsXml ? physicalSensors : calibratingSensors) {
         loadSensor(*sensor);
@@ -132,11 +124,22 @@ void FirmwareSide::loadSensorsData(const Sensors& physicalSensors,
     }
 }
 
+void FirmwareSide::loadSensor(Sensor& sensor) const {
+    constexpr const char* kName = "CalibrationManager::loadSensorsData";
+    TAVOCAL_LOG(Debug, kName, "Calling getCalibrationData for sensor " + sensor.getDisplayName());
+    try {
+        SDT firmware = sdt();
+        sensor.loadFromFirmware(firmware);
+    } catch (const SmhiException&) {
+        TAVOCAL_LOG(Warning, kName, "Caught exception from getCalibrationData");
+    }
+}
+
 void FirmwareSide::flushCalibrationData(const Sensors& physicalSensors) const {
     constexpr const char* kName = "CalibrationManager::flushCalibrationData";
     TAVOCAL_LOG(Info, kName, "Started flushCalibrationData");
     for (const auto& sensor : physicalSensors) {
-        SDT().setCalibrationData(sensor->getLuid(), sensor->calibrationToWrite);
+        sdt().setCalibrationData(sensor->getLuid(), sensor->calibrationToWrite);
     }
     restartTavo();
     TAVOCAL_LOG(Info, kName, "Finished flushCalibrationData");
@@ -145,7 +148,7 @@ void FirmwareSide::flushCalibrationData(const Sensors& physicalSensors) const {
 void FirmwareSide::restartTavo() const {
     constexpr const char* kName = "CalibrationManager::restartTavo";
     TAVOCAL_LOG(Debug, kName, "Started restart Tavo");
-    SDT().resetTavo();
+    sdt().resetTavo();
     TAVOCAL_LOG(Debug, kName, "Finished restart Tavo");
     platform::startDetached(kRestartScript);
 }

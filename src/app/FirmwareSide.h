@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "firmware/SDT.h"
+
 namespace tavocal {
 
 class Sensor;
@@ -18,8 +20,8 @@ class FirmwareSide {
     // From a calibrating static sensor to its dynamic companion.
     using Companions = std::map<std::shared_ptr<Sensor>, std::shared_ptr<Sensor>>;
 
-    // `settings` must outlive this object.
-    explicit FirmwareSide(const RunSettings& settings);
+    // `settings` must outlive this object. Each command gets a channel of its own.
+    FirmwareSide(const RunSettings& settings, SDT::ChannelFactory makeChannel);
 
     // Throws CalibrationException if the process may not reach the device.
     void checkAdministrator() const;
@@ -27,9 +29,9 @@ class FirmwareSide {
     // Throws CalibrationException unless the device can have a second instance of its sensors.
     void checkSecondInstance() const;
 
-    // Every sensor of the firmware; or those of a calibration file, each of which must exist on the
+    // Every sensor of the firmware; or those of the file to import, each of which must exist on the
     // platform.
-    Sensors initPhysicalSensors(const std::string& importFile) const;
+    Sensors initPhysicalSensors() const;
 
     Companions matchDynamicSensors(const Sensors& calibratingSensors,
                                    const Sensors& physicalSensors) const;
@@ -43,9 +45,12 @@ class FirmwareSide {
     void flushCalibrationData(const Sensors& physicalSensors) const;
 
   private:
+    SDT sdt() const { return SDT(makeChannel); }
+    void loadSensor(Sensor& sensor) const;
     void restartTavo() const;
 
     const RunSettings& settings;
+    SDT::ChannelFactory makeChannel;
 };
 
 }  // namespace tavocal

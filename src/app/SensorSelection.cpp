@@ -4,7 +4,6 @@
 
 #include "base/Failures.h"
 #include "base/Text.h"
-#include "commandline/CmdLine.h"
 #include "commandline/RunSettings.h"
 #include "formats/DumpPaths.h"
 #include "sensors/SensorFactory.h"
@@ -60,14 +59,13 @@ std::vector<DumpClass> dumpClasses(const RunSettings& settings) {
 
 }  // namespace
 
-SensorSelection::SensorSelection(const CmdLine& commandLine, const RunSettings& runSettings)
-    : cmdLine(commandLine), settings(runSettings) {}
+SensorSelection::SensorSelection(const RunSettings& runSettings) : settings(runSettings) {}
 
 SensorSelection::Sensors SensorSelection::initSensorsFromDumps() const {
     Sensors sensors;
     const auto addIfDumped = [&](const DumpClass& dump, const std::string& suffix,
                                  std::uint8_t instance) {
-        if (dumpFileExists(settings.dumpPrefix, settings.dumpFolder, dump.name + suffix)) {
+        if (dumpFileExists(settings.dumpFolder, settings.dumpPrefix, dump.name + suffix)) {
             sensors.push_back(makeSensor({dump.type, 0, 0, instance, kStaticFlag}));
         }
     };
@@ -82,7 +80,14 @@ SensorSelection::Sensors SensorSelection::initCalibratingSensors(
     const Sensors& physicalSensors, const SecondInstanceCheck& checkSecondInstance) const {
     Sensors calibratingSensors;
     for (const auto& sensor : physicalSensors) {
-        if (isEligible(*sensor) && keeps(*sensor, checkSecondInstance)) {
+        if (!isEligible(*sensor)) {
+            continue;
+        }
+        if (needsSecondInstance(*sensor)) {
+            checkSecondInstance();
+        }
+        if (isSelected(*sensor)) {
+            passOptions(*sensor);
             calibratingSensors.push_back(sensor);
         }
     }
@@ -103,8 +108,8 @@ bool SensorSelection::isEligible(const Sensor& sensor) const {
     return settings.isTesting && sensor.isTestable();
 }
 
-bool SensorSelection::isSelected(const Sensor& sensor) const {
-    return !cmdLine.hasOption(isSecondary(sensor) ? "PrimaryOnly" : "SecondaryOnly");
+bool SensorSelection::isInstanceSelected(const Sensor& sensor) const {
+    return isSecondary(sensor) ? settings.selectSecondary : settings.selectPrimary;
 }
 
 bool SensorSelection::isClassSelected(const Sensor& sensor) const {
@@ -113,42 +118,43 @@ bool SensorSelection::isClassSelected(const Sensor& sensor) const {
            (isOfClass(sensor, kMagnetometerName) && settings.selectMagnetometer);
 }
 
-bool SensorSelection::keeps(Sensor& sensor, const SecondInstanceCheck& checkSecondInstance) const {
+bool SensorSelection::isSelected(const Sensor& sensor) const {
     switch (settings.runCommand) {
         case RunCommand::MagEnvironmentTest:
             return isOfClass(sensor, kMagnetometerName);
         case RunCommand::CalibrateAls:
-            return isOfClass(sensor, kAmbientLightName) && isSelected(sensor);
+            return isOfClass(sensor, kAmbientLightName) && isInstanceSelected(sensor);
         case RunCommand::Calibrate:
         case RunCommand::TestCalibration:
-            return keepsMotionSensor(sensor, checkSecondInstance);
+            return isClassSelected(sensor) && isInstanceSelected(sensor);
         case RunCommand::None:
             break;
     }
     return false;
 }
 
-bool SensorSelection::keepsMotionSensor(Sensor& sensor,
-                                        const SecondInstanceCheck& checkSecondInstance) const {
-    if (isSecondary(sensor) && isSelected(sensor) && !settings.runsWithoutDevice()) {
-        checkSecondInstance();
+// Whatever its class: also a sensor that the run then leaves out.
+bool SensorSelection::needsSecondInstance(const Sensor& sensor) const {
+    return settings.isMotionRun() && !settings.runsWithoutDevice() && isSecondary(sensor) &&
+           isInstanceSelected(sensor);
+}
+
+void SensorSelection::passOptions(Sensor& sensor) const {
+    if (!settings.isMotionRun()) {
+        return;
     }
-    if (!isClassSelected(sensor) || !isSelected(sensor)) {
-        return false;
-    }
-    if (isOfClass(sensor, kGyroscopeName) && cmdLine.hasOption("NoGyroRotation")) {
+    if (isOfClass(sensor, kGyroscopeName) && settings.noGyroRotation) {
         sensor.setNoGyroRotation(true);
     }
-    if (cmdLine.hasOption("CheckVsOriginalAxis")) {
+    if (settings.checkVsOriginalAxis) {
         sensor.setCheckVsOriginalAxis(true);
     }
-    return true;
 }
 
 void SensorSelection::requireDumps(const Sensors& sensors) const {
     for (const auto& sensor : sensors) {
         const std::string displayName = sensor->getDisplayName();
-        if (!dumpFileExists(settings.dumpPrefix, settings.dumpFolder, displayName)) {
+        if (!dumpFileExists(settings.dumpFolder, settings.dumpPrefix, displayName)) {
             throw CalibrationException("No datadump file for sensor " + displayName + " found");
         }
     }

@@ -6,7 +6,6 @@
 
 namespace tavocal {
 
-class CmdLine;
 class Sensor;
 struct RunSettings;
 
@@ -18,27 +17,28 @@ class SensorSelection {
     // device only, and only where a second instance is wanted.
     using SecondInstanceCheck = std::function<void()>;
 
-    // Both must outlive this object.
-    SensorSelection(const CmdLine& cmdLine, const RunSettings& settings);
+    // `settings` must outlive this object.
+    explicit SensorSelection(const RunSettings& settings);
 
     // One sensor for each dump that can be opened, primary before secondary, of the classes that
     // the run is about. A missing dump is no failure.
     Sensors initSensorsFromDumps() const;
 
-    // The sensors that the run works on, in the order of `physicalSensors`. Throws
-    // CalibrationException if there are none, or if one has no dump to be replayed from.
+    // The sensors that the run works on, in the order of `physicalSensors`, each told of the
+    // options that it works by. Throws CalibrationException if there are none, or if one has no
+    // dump to be replayed from.
     Sensors initCalibratingSensors(const Sensors& physicalSensors,
                                    const SecondInstanceCheck& checkSecondInstance) const;
 
   private:
     bool isEligible(const Sensor& sensor) const;
-    bool isSelected(const Sensor& sensor) const;
+    bool isInstanceSelected(const Sensor& sensor) const;
     bool isClassSelected(const Sensor& sensor) const;
-    bool keeps(Sensor& sensor, const SecondInstanceCheck& checkSecondInstance) const;
-    bool keepsMotionSensor(Sensor& sensor, const SecondInstanceCheck& checkSecondInstance) const;
+    bool isSelected(const Sensor& sensor) const;
+    bool needsSecondInstance(const Sensor& sensor) const;
+    void passOptions(Sensor& sensor) const;
     void requireDumps(const Sensors& sensors) const;
 
-    const CmdLine& cmdLine;
     const RunSettings& settings;
 };
 

@@ -1,6 +1,7 @@
 #include "commandline/CmdLine.h"
 
 #include <algorithm>
+#include <cassert>
 
 #include "base/Failures.h"
 #include "base/Text.h"
@@ -13,8 +14,12 @@ namespace tavocal {
 
 namespace {
 
-bool sameName(std::string_view first, std::string_view second) {
-    return lowerCase(first) == lowerCase(second);
+// The row of that name, or the end. Upper and lower case are the same.
+template <typename Options>
+auto rowOf(const Options& options, std::string_view name) {
+    return std::find_if(options.begin(), options.end(), [name](const auto& option) {
+        return lowerCase(option.name) == lowerCase(name);
+    });
 }
 
 bool isOption(std::string_view argument) {
@@ -67,27 +72,30 @@ void CmdLine::parseOptions(const std::vector<std::string>& arguments) {
 }
 
 void CmdLine::checkIsNew(const std::string& name) const {
-    if (hasOption(name)) {
+    if (isGiven(name)) {
         throw CmdLineException("The '" + name + "' argument was already specified");
     }
 }
 
 const CmdLineOption& CmdLine::findRow(const std::string& name) const {
-    const auto row = std::find_if(options.begin(), options.end(), [&name](const auto& option) {
-        return sameName(option.name, name);
-    });
+    const auto row = rowOf(options, name);
     if (row == options.end()) {
         throw CmdLineException("Invalid argument: '" + name + "'");
     }
     return *row;
 }
 
+bool CmdLine::isGiven(std::string_view name) const {
+    return rowOf(parsed, name) != parsed.end();
+}
+
 bool CmdLine::hasOption(std::string_view name) const {
-    return std::any_of(parsed.begin(), parsed.end(),
-                       [name](const auto& option) { return sameName(option.name, name); });
+    assert(rowOf(options, name) != options.end());
+    return isGiven(name);
 }
 
 std::string CmdLine::value(std::string_view name) const {
+    assert(rowOf(options, name) != options.end());
     const auto option = std::find_if(parsed.begin(), parsed.end(),
                                      [name](const auto& given) { return given.name == name; });
     return option == parsed.end() ? std::string() : option->value;

@@ -19,7 +19,8 @@ class CmdLine {
     // first thing that is wrong; the object is then only good for `usage`.
     void parse(int argc, const char* const* argv);
 
-    // Whether the option was given; upper and lower case are the same.
+    // Whether the option was given; upper and lower case are the same. REQUIRES here and below: the
+    // table has such an option.
     bool hasOption(std::string_view name) const;
 
     // The value of an option, whose name is in the table's spelling exactly. Empty if the option
@@ -40,6 +41,7 @@ class CmdLine {
     void parseOptions(const std::vector<std::string>& arguments);
     void checkIsNew(const std::string& name) const;
     const CmdLineOption& findRow(const std::string& name) const;
+    bool isGiven(std::string_view name) const;
 
     std::vector<CmdLineParsedOption> parsed;
     std::string programPath;

@@ -150,7 +150,9 @@ void checkCommands(const CmdLine& cmdLine) {
 }
 
 bool isBroken(const CombinationRule& rule, const CmdLine& cmdLine) {
-    const auto isGiven = [&cmdLine](std::string_view name) { return cmdLine.hasOption(name); };
+    const auto isGiven = [&cmdLine](std::string_view name) {
+        return !name.empty() && cmdLine.hasOption(name);
+    };
     const auto isGivenOrUnused = [&isGiven](std::string_view name) {
         return name.empty() || isGiven(name);
     };
@@ -192,8 +194,8 @@ void checkWaitingTime(const CmdLine& cmdLine) {
     }
 }
 
-// A report interval of 0 asks the firmware for no rate at all, and one beyond 32 bits would only
-// be found in the middle of the run.
+// Stricter than for other numbers, as the text says: an interval of 0 asks the firmware for no rate
+// at all, and nothing or more than 32 bits would only be found in the middle of the run.
 void checkSamplingInterval(const CmdLine& cmdLine) {
     if (cmdLine.hasOption("SamplingInterval") &&
         !isPositiveInteger(cmdLine.value("SamplingInterval"))) {

@@ -1,6 +1,7 @@
 #include "commandline/RunSettings.h"
 
 #include "base/Text.h"
+#include "base/TextToNumber.h"
 #include "commandline/CmdLine.h"
 #include "formats/DumpPaths.h"
 
@@ -47,6 +48,31 @@ void takeCommand(RunSettings& settings, const CmdLine& cmdLine) {
     }
 }
 
+void takeSelection(RunSettings& settings, const CmdLine& cmdLine) {
+    settings.selectPrimary = !cmdLine.hasOption("SecondaryOnly");
+    settings.selectSecondary = !cmdLine.hasOption("PrimaryOnly");
+    settings.noGyroRotation = cmdLine.hasOption("NoGyroRotation");
+    settings.checkVsOriginalAxis = cmdLine.hasOption("CheckVsOriginalAxis");
+}
+
+std::optional<int> numberOf(const CmdLine& cmdLine, const char* option) {
+    return cmdLine.hasOption(option) ? std::optional(parseInt(cmdLine.value(option)))
+                                     : std::nullopt;
+}
+
+void takeFiles(RunSettings& settings, const CmdLine& cmdLine) {
+    settings.exportsXml = cmdLine.hasOption("ExportXml");
+    settings.exportFile = cmdLine.value("ExportXml");
+    settings.importsXml = cmdLine.hasOption("ImportXml");
+    settings.importFile = cmdLine.value("ImportXml");
+    settings.lightLevelsFile = cmdLine.value("Auto");
+    settings.exportsResult = cmdLine.hasOption("ExportResult");
+    settings.exportFolderSet = cmdLine.hasOption("ExportAllFiles");
+    if (settings.exportFolderSet) {
+        settings.exportFolder = cmdLine.value("ExportAllFiles") + "\\";
+    }
+}
+
 void takeDumps(RunSettings& settings, const CmdLine& cmdLine) {
     settings.usesDumps = cmdLine.hasOption("UseRawData");
     settings.dumpFolder = cmdLine.value("UseRawData");
@@ -66,15 +92,13 @@ RunSettings runSettings(const CmdLine& cmdLine) {
     settings.isCalibrating = settings.isOffline || cmdLine.hasOption("Calibrate");
     settings.isMagTest = cmdLine.hasOption("MagTest");
     settings.isTesting = settings.isMagTest || cmdLine.hasOption("TestCalibration");
-    settings.exportsXml = cmdLine.hasOption("ExportXml");
-    settings.importsXml = cmdLine.hasOption("ImportXml");
     settings.updatesTavo = cmdLine.hasOption("UpdateTavo");
     settings.flowType = flowTypeOf(cmdLine);
-    settings.exportFolderSet = cmdLine.hasOption("ExportAllFiles");
-    if (settings.exportFolderSet) {
-        settings.exportFolder = cmdLine.value("ExportAllFiles") + "\\";
-    }
+    settings.samplingInterval = numberOf(cmdLine, "SamplingInterval");
+    settings.waitingTime = numberOf(cmdLine, "NoEnter");
     takeCommand(settings, cmdLine);
+    takeSelection(settings, cmdLine);
+    takeFiles(settings, cmdLine);
     takeDumps(settings, cmdLine);
     return settings;
 }

@@ -66,11 +66,6 @@ void saveCalibrationXml(const std::string& path,
     }
 }
 
-std::vector<std::shared_ptr<Sensor>> loadCalibrationXml(const std::string& path) {
-    SDT firmware;
-    return loadCalibrationXml(path, firmware);
-}
-
 std::vector<std::shared_ptr<Sensor>> loadCalibrationXml(const std::string& path, SDT& firmware) {
     if (!platform::canRead(path)) {
         throw CalibrationException("Failed to open XML input file");

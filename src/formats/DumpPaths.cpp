@@ -27,7 +27,7 @@ std::string replayFileName(const std::string& pathTemplate, const std::string& d
     return hasCsvExtension(name) ? name : name + ".csv";
 }
 
-bool dumpFileExists(const std::string& prefix, const std::string& folder,
+bool dumpFileExists(const std::string& folder, const std::string& prefix,
                     const std::string& displayName) {
     return platform::canRead(replayFileName(dumpTemplate(folder, prefix), displayName));
 }

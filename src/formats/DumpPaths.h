@@ -20,7 +20,7 @@ std::string dumpTemplate(const std::string& folder, const std::string& prefix);
 std::string replayFileName(const std::string& pathTemplate, const std::string& displayName);
 
 // The sensor's dump can be opened.
-bool dumpFileExists(const std::string& prefix, const std::string& folder,
+bool dumpFileExists(const std::string& folder, const std::string& prefix,
                     const std::string& displayName);
 
 }  // namespace tavocal

@@ -22,11 +22,8 @@ class Console {
     void write(std::wstring_view text);
     void flush();
 
-    // Sets a colour and puts back what was there before. Nothing at all if standard output is no
-    // terminal.
-    void setConsoleColour(int attribute);
-    void resetConsoleColour();
-    // One text in a colour.
+    // One text in a colour; what was there before is put back. Without a colour if standard output
+    // is no terminal.
     void writeColoured(int attribute, std::string_view text);
 
     // Both flush the output first. A closed or failing standard input gives false.
@@ -37,9 +34,17 @@ class Console {
   private:
     Console();
 
+    void setConsoleColour(int attribute);
+    void resetConsoleColour();
+
     std::mutex mutex;
     bool coloured;
     [[maybe_unused]] int savedConsoleAttribute = 0;
 };
+
+// Text on the operator's console.
+inline void print(std::string_view text) {
+    Console::instance().write(text);
+}
 
 }  // namespace tavocal::platform

@@ -42,9 +42,8 @@ std::string readOperator() {
 }
 
 int askStageCount() {
-    platform::Console::instance().write(
-        "Enter the number of steps to calibrate, valid number should be bigger than " +
-        std::to_string(kFewestStages) + "\n");
+    platform::print("Enter the number of steps to calibrate, valid number should be bigger than " +
+                    std::to_string(kFewestStages) + "\n");
     return enteredNumber(readOperator());
 }
 

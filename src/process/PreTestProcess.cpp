@@ -22,8 +22,6 @@ PreTestProcess::PreTestProcess() {
     segmentTimes.assign(2 * kSteps, 0.0);
 }
 
-PreTestProcess::~PreTestProcess() = default;
-
 std::string PreTestProcess::getInstructions(bool /*noEnter*/) {
     const auto s = static_cast<std::size_t>(currentStep);
     std::string text;
@@ -37,34 +35,16 @@ std::string PreTestProcess::getInstructions(bool /*noEnter*/) {
     return text + (s == 0 ? "\nPress Enter to signal start and finish" : "\nPress Enter when done");
 }
 
-bool PreTestProcess::needsUserInput() {
-    return waitForStart;
-}
-
 std::string PreTestProcess::readUserInput() {
     char key = 0;
     platform::Console::instance().readCharacter(key);
-    platform::Console::instance().write("User pressed for signal start...\n");
+    platform::print("User pressed for signal start...\n");
     waitForStart = false;
     return {};
 }
 
-bool PreTestProcess::isThreeRotationsStage() const {
-    return threeRotationsStage;
-}
-
-bool PreTestProcess::isUserPaced() const {
-    return true;
-}
-
-void PreTestProcess::CalibrationControl(const Sample& /*sample*/) {}
-
 bool PreTestProcess::isStageIndicator(const Sensor& sensor) const {
     return stageIndicator != nullptr && sensor.getLuid() == stageIndicator->getLuid();
-}
-
-void PreTestProcess::allowNextStage() {
-    canMoveNext = true;
 }
 
 std::vector<std::string> PreTestProcess::requiredIndicatorTypes() const {

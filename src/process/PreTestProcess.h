@@ -13,18 +13,16 @@ namespace tavocal {
 class PreTestProcess : public Process {
   public:
     PreTestProcess();
-    ~PreTestProcess() override;
 
     // Also sets, for isThreeRotationsStage, whether the step whose prompt this is closes the turns.
     std::string getInstructions(bool noEnter) override;
-    bool needsUserInput() override;
+    bool needsUserInput() override { return waitForStart; }
     // Waits for the key that starts the run. A closed standard input counts as the key.
     std::string readUserInput() override;
-    bool isThreeRotationsStage() const override;
-    bool isUserPaced() const override;
-    void CalibrationControl(const Sample& sample) override;
+    bool isThreeRotationsStage() const override { return threeRotationsStage; }
+    bool isUserPaced() const override { return true; }
+    void CalibrationControl(const Sample& /*sample*/) override {}
     bool isStageIndicator(const Sensor& sensor) const override;
-    void allowNextStage() override;
     std::vector<std::string> requiredIndicatorTypes() const override;
     bool setStageIndicator(const std::shared_ptr<Sensor>& sensor) override;
 

@@ -24,9 +24,9 @@ class Process {
     Process& operator=(const Process&) = delete;
 
     // Takes the run's configuration file.
-    virtual void loadConfiguration(const std::string& path);
+    virtual void loadConfiguration(const std::string& /*path*/) {}
     // Once, after construction.
-    virtual void prepare();
+    virtual void prepare() {}
 
     // The prompt of currentStep, without a line end behind it.
     virtual std::string getInstructions(bool noEnter) = 0;
@@ -35,34 +35,33 @@ class Process {
     // Reads the operator; the answer, if any, goes to the sensors.
     virtual std::string readUserInput() = 0;
     // An operator types the level of each stage, and samples wait for the answer.
-    virtual bool isInteractive() const;
+    virtual bool isInteractive() const { return false; }
     // This step closes the three rotations of the magnetic environment test.
-    virtual bool isThreeRotationsStage() const;
+    virtual bool isThreeRotationsStage() const { return false; }
     // A step ends by the operator's key, not by detection.
-    virtual bool isUserPaced() const;
-    // The sampling time base stays the same across a stage.
-    virtual bool keepsTimeBase() const;
+    virtual bool isUserPaced() const { return false; }
+    // Samples keep the run's time base behind a stage that was waited for; if not, they have the
+    // firmware's times from then on.
+    virtual bool keepsTimeBase() const { return true; }
 
     // One sample of a stage indicator, with its timestamp on the run's time base. Raises
     // canMoveNext when a stage has ended; throws CalibrationException or SamplingException if the
     // run can't go on.
     virtual void CalibrationControl(const Sample& sample) = 0;
     virtual bool isStageIndicator(const Sensor& sensor) const = 0;
-    // Raises canMoveNext from outside.
-    virtual void allowNextStage();
 
     // Type names of the sensors that can be indicators, the most wanted one first.
     virtual std::vector<std::string> requiredIndicatorTypes() const = 0;
     // Offers an indicator. True once the process has what it needs.
     virtual bool setStageIndicator(const std::shared_ptr<Sensor>& sensor) = 0;
     // Fills the stage table; called once all indicators are set.
-    virtual void buildStages();
-    virtual void addCalibratedSensor(const std::shared_ptr<Sensor>& sensor);
+    virtual void buildStages() {}
+    virtual void addCalibratedSensor(const std::shared_ptr<Sensor>& /*sensor*/) {}
 
     // Ambient light runs: after sampling has stopped.
-    virtual void finishCollection();
+    virtual void finishCollection() {}
     // Ambient light replays: hands the levels to a sensor that was not asked for them.
-    virtual void passLevelsToSensor(Sensor& sensor) const;
+    virtual void passLevelsToSensor(Sensor& /*sensor*/) const {}
 
     int stageCount = 0;
     int currentStep = 0;  // the step that the operator is being led through, from 0

@@ -35,10 +35,12 @@ std::optional<double> LiveTimeBase::place(const Sensor& sensor, double timeMs,
         ready = markAndCheckAllSeen(sensor, sensors);
         return std::nullopt;
     }
-    if (!timeBase) {
+    if (!timeBaseSet) {
         timeBase = timeMs;
+        timeBaseSet = true;
     }
-    return *timeBase > timeMs ? 0.0 : timeMs - *timeBase;
+    const double base = timeBase;
+    return base > timeMs ? 0.0 : timeMs - base;
 }
 
 }  // namespace tavocal

@@ -7,6 +7,8 @@
 #include "base/Failures.h"
 #include "log/Logger.h"
 #include "process/Process.h"
+#include "sampling/SamplingState.h"
+#include "sampling/StageIndicators.h"
 #include "sensors/model/Sensor.h"
 
 namespace tavocal {
@@ -17,8 +19,6 @@ constexpr const char* kName = "SensorManager::checkDataStreamingValidity";
 
 // The last samples of two sensors may be this far apart, in milliseconds.
 constexpr double kLargestLag = 100.0;
-
-using Sensors = std::vector<std::shared_ptr<Sensor>>;
 
 // The last sample that the sensor took into account, or null.
 const Sample* lastSampleOf(const std::shared_ptr<Sensor>& sensor, const SensorDataMap& samples) {
@@ -47,34 +47,23 @@ bool endsNear(double lastTime, const std::shared_ptr<Sensor>& sensor,
     return true;
 }
 
-// The last stage indicator, which must have delivered.
-std::shared_ptr<Sensor> findIndicator(const Process& process, const Sensors& sensors,
-                                      const SensorDataMap& samples) {
-    std::shared_ptr<Sensor> indicator;
-    for (const auto& sensor : sensors) {
-        if (!process.isStageIndicator(*sensor)) {
-            continue;
-        }
-        indicator = sensor;
-        if (lastSampleOf(indicator, samples) == nullptr) {
-            throw CalibrationException("No data was sampled for " + indicator->getDisplayName());
+// The last stage indicator. All of them must have delivered.
+std::shared_ptr<Sensor> deliveringIndicator(const SamplingState& state) {
+    for (const auto& sensor : state.sensors) {
+        if (state.process->isStageIndicator(*sensor) &&
+            lastSampleOf(sensor, state.samples) == nullptr) {
+            throw CalibrationException("No data was sampled for " + sensor->getDisplayName());
         }
     }
-    if (indicator == nullptr) {
-        throw CalibrationException("Error. stageIndicatorSensor is NULL");
-    }
-    return indicator;
+    return lastIndicator(*state.process, state.sensors);
 }
 
-}  // namespace
-
-void checkStreamsLasted(const Process& process, const Sensors& sensors,
-                        const SensorDataMap& samples) {
-    const auto indicator = findIndicator(process, sensors, samples);
-    const double lastTime = lastSampleOf(indicator, samples)->timestamp;
+void checkStreamsLasted(const SamplingState& state) {
+    const auto indicator = deliveringIndicator(state);
+    const double lastTime = lastSampleOf(indicator, state.samples)->timestamp;
     std::string names;
-    for (const auto& sensor : sensors) {
-        if (sensor != indicator && !endsNear(lastTime, sensor, samples)) {
+    for (const auto& sensor : state.sensors) {
+        if (sensor != indicator && !endsNear(lastTime, sensor, state.samples)) {
             names += (names.empty() ? "" : ", ") + sensor->getDisplayName();
         }
     }
@@ -83,6 +72,21 @@ void checkStreamsLasted(const Process& process, const Sensors& sensors,
         throw CalibrationException(
             "Data streaming rate was invalid. Not enough data points were sampled for " + names);
     }
+}
+
+}  // namespace
+
+void checkDataStreamingValidity(const SamplingState& state) {
+    TAVOCAL_LOG(Debug, kName, "Started checking validity");
+    if (state.process->runType == RunCommand::MagEnvironmentTest) {
+        return;
+    }
+    if (!state.allStagesDone || !state.stages.status()) {
+        TAVOCAL_LOG(Debug, kName, "Leaving data streaming validity - state invalid");
+        return;
+    }
+    checkStreamsLasted(state);
+    TAVOCAL_LOG(Debug, kName, "Finished checking validity");
 }
 
 }  // namespace tavocal

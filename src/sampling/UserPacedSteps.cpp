@@ -5,6 +5,8 @@
 #include "base/Failures.h"
 #include "base/Text.h"
 #include "platform/Console.h"
+#include "sampling/SamplingState.h"
+#include "sampling/StageIndicators.h"
 #include "sensors/model/Sensor.h"
 #include "vocabulary/SensorTypes.h"
 
@@ -28,12 +30,27 @@ bool isMagnetometer(const Sensor& sensor) {
 
 }  // namespace
 
-void UserPacedSteps::finish(Sensor& indicator, std::size_t storedSamples, bool threeRotations) {
-    stepBoundaries.push_back(static_cast<std::uint32_t>(storedSamples));
+UserPacedSteps::UserPacedSteps(SamplingState& samplingState) : state(samplingState) {}
+
+void UserPacedSteps::waitForKey(bool threeRotations) {
+    state.stages.beginUserStage();
+    char key = 0;
+    platform::Console::instance().readCharacter(key);
+    const auto indicator = lastIndicator(*state.process, state.sensors);
+    {
+        const std::lock_guard<std::mutex> lock(state.dataMutex);
+        stepBoundaries.push_back(static_cast<std::uint32_t>(state.samples[indicator].size()));
+    }
+    finish(*indicator, threeRotations);
+    state.finishStep();
+    state.stages.finishUserStage();
+}
+
+void UserPacedSteps::finish(Sensor& indicator, bool threeRotations) {
     if (isMagnetometer(indicator)) {
         checkMovement(indicator);
     }
-    platform::Console::instance().write("User pressed to signal end\n");
+    platform::print("User pressed to signal end\n");
     if (threeRotations) {
         indicator.userSignalledEnd();
         require(

@@ -1,27 +1,32 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <vector>
 
 namespace tavocal {
 
 class Sensor;
+struct SamplingState;
 
 // The steps of a run whose steps end by the operator's key: three rotations and a walk. At each key
 // the movement that it ends is checked, so that a bad result means a bad place and not a bad
-// movement. Main thread, while samples flow.
+// movement. Main thread, while samples flow: dataMutex is held only to count the stored samples.
 class UserPacedSteps {
   public:
-    // `storedSamples` is how many samples of the indicator have been stored up to the key.
-    // `threeRotations`: the step closes the three rotations. Throws CalibrationException if a
-    // movement was not made as told.
-    void finish(Sensor& indicator, std::size_t storedSamples, bool threeRotations);
+    // `state` must outlive this object.
+    explicit UserPacedSteps(SamplingState& state);
+
+    // Waits for the key that ends the present step. `threeRotations`: the step closes the three
+    // rotations. Throws CalibrationException if the movement was not made as told, or if the stage
+    // failed.
+    void waitForKey(bool threeRotations);
 
   private:
+    void finish(Sensor& indicator, bool threeRotations);
     void checkMovement(Sensor& indicator) const;
 
-    std::vector<std::uint32_t> stepBoundaries;  // stored samples at each key
+    SamplingState& state;
+    std::vector<std::uint32_t> stepBoundaries;  // stored samples of the indicator at each key
 };
 
 }  // namespace tavocal

@@ -4,6 +4,7 @@
 
 #include "app/CalibrationManager.h"
 #include "base/Text.h"
+#include "commandline/CmdLine.h"
 #include "simulator/recording/LightRecording.h"
 #include "simulator/recording/Recording.h"
 #include "support/Outcome.h"

@@ -18,7 +18,7 @@ TEST_F(SensorSelectionTest, SensorsOfARun) {
     for (const auto& [row, expected] : rowsOf("app/sensor-selection.txt")) {
         EXPECT_EQ(failureOf(row.substr(0, row.find('|'))), kNoFailure) << row;
         const RunSettings settings = runSettings(cmdLine);
-        const SensorSelection selection(cmdLine, settings);
+        const SensorSelection selection(settings);
         SensorSelection::Sensors sensors;
         std::istringstream words(row.substr(row.find('|') + 1));
         for (std::string word; words >> word;) {

@@ -58,6 +58,7 @@ class FakeProcess : public Process {
     bool needsUserInput() override { return false; }
     std::string readUserInput() override { return {}; }
     bool isUserPaced() const override { return paced; }
+    bool keepsTimeBase() const override { return keepsTime; }
     void CalibrationControl(const Sample& /*sample*/) override { onControl(); }
     bool isStageIndicator(const Sensor& sensor) const override {
         return indicators.find(sensor.getDisplayName() + ";") != std::string::npos;
@@ -76,7 +77,7 @@ class FakeProcess : public Process {
     // The first one is wanted most, and the only offer that is enough.
     std::vector<std::string> types = {"Accelerometer", "Gyroscope", "Magnetometer"};
     std::string calls, indicators = "Accelerometer;";  // display names, a ";" behind each
-    bool paced = false;
+    bool paced = false, keepsTime = true;
     std::function<void()> onControl = [] {};
     std::shared_ptr<Sensor> offered;  // last
 };

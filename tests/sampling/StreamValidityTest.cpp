@@ -1,6 +1,7 @@
 #include "sampling/StreamValidity.h"
 
 #include "sampling/FakeRunParts.h"
+#include "sampling/SamplingState.h"
 
 namespace tavocal::test {
 TEST(StreamValidity, LastSamplesLieWithinATenthOfASecond) {
@@ -9,17 +10,20 @@ TEST(StreamValidity, LastSamplesLieWithinATenthOfASecond) {
     // many as `taken` into account.
     const auto verdict = [](const std::vector<double>& times, std::size_t taken = 2,
                             const std::string& indicators = "Accelerometer;") {
-        const auto sensors = fakeSensors({"Gyroscope_2", "Accelerometer", "Magnetometer"});
-        SensorDataMap samples;
-        for (std::size_t i = 0; i < sensors.size(); ++i) {
+        SamplingState state;
+        state.sensors = fakeSensors({"Gyroscope_2", "Accelerometer", "Magnetometer"});
+        for (std::size_t i = 0; i < state.sensors.size(); ++i) {
             if (times[i] != kNever) {
-                samples[sensors[i]] = {{0.0, {}}, {times[i], {}}, {9999.0, {}}};
+                state.samples[state.sensors[i]] = {{0.0, {}}, {times[i], {}}, {9999.0, {}}};
             }
-            sensors[i]->bufferedData.resize(taken);
+            state.sensors[i]->bufferedData.resize(taken);
         }
-        FakeProcess process;
-        process.indicators = indicators;
-        return failureOf([&] { checkStreamsLasted(process, sensors, samples); });
+        const auto process = std::make_shared<FakeProcess>();
+        process->indicators = indicators;
+        state.process = process;
+        state.allStagesDone = true;
+        state.stages.stageDone(true);
+        return failureOf([&] { checkDataStreamingValidity(state); });
     };
     const std::string early =
         "Data streaming rate was invalid. Not enough data points were sampled for ";

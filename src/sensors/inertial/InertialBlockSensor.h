@@ -11,7 +11,6 @@ class InertialBlockSensor : public Sensor {
   public:
     explicit InertialBlockSensor(const LUID& luid);
 
-    using Sensor::loadFromFirmware;
     // The form factor and the hinge too.
     void loadFromFirmware(SDT& firmware) override;
     // A dynamic sensor's block of another format is dropped with a warning.

@@ -35,11 +35,6 @@ std::uint32_t Sensor::getSampleCount() const {
     return static_cast<std::uint32_t>(bufferedData.size());
 }
 
-void Sensor::loadFromFirmware() {
-    SDT firmware;
-    loadFromFirmware(firmware);
-}
-
 void Sensor::loadFromFirmware(SDT& firmware) {
     CalibrationBlock block = firmware.getCalibrationData(luid);
     if (!block.empty()) {

@@ -68,7 +68,6 @@ class Sensor {
 
     // Reads the sensor's block, and what else the class wants, from the firmware. An empty block
     // counts as none. Throws SmhiException if the firmware fails, and as setCalibrationData.
-    void loadFromFirmware();
     virtual void loadFromFirmware(SDT& firmware);
 
     // Takes a block that the firmware or a file holds. Throws CalibrationException for a bad one.

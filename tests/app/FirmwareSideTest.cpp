@@ -1,29 +1,47 @@
+#include "app/FirmwareSide.h"
 
+#include <optional>
 #include <sstream>
 
-#include "app/FirmwareSide.h"
 #include "base/Text.h"
 #include "commandline/RunSettings.h"
+#include "firmware/FakeKelu.h"
 #include "formats/CalibrationXml.h"
 #include "sensors/SensorFactory.h"
 #include "sensors/model/Sensor.h"
 #include "simulator/firmware/CalibrationBlocks.h"
+#include "simulator/live/LiveDevice.h"
 #include "support/Outcome.h"
-#include "support/SimulatedFirmware.h"
 #include "support/WorkingFolder.h"
 
 namespace tavocal::test {
 
 class FirmwareSideTest : public ::testing::Test {
   protected:
+    // The firmware of a new device. The options are those of a live run.
+    void startFirmware(const std::vector<std::string>& options) {
+        device.emplace(simulator::parseLiveArguments(options, 1.0));
+        kelu = std::make_shared<FakeKelu>();
+        // The client introduces itself.
+        tell({0x2e, 0x9a, 0x57, 0xbb, 0x54, 0xcc, 0x50, 0x44, 0xb1, 0xd0, 0x5e, 0x75, 0x20, 0xdc,
+              0xad, 0x25});
+        kelu->onWrite = [this](const Bytes& request) { kelu->say(tell(request)); };
+    }
+    Bytes tell(const Bytes& message) {
+        device->firmware().receive(1, message);
+        return device->firmware().takeOutput().at(0).message;
+    }
+
     const WorkingFolder folder;
+    std::optional<simulator::LiveDevice> device;
+    std::shared_ptr<FakeKelu> kelu;
     RunSettings settings;
-    const FirmwareSide side{settings};
+    const FirmwareSide side{settings, [this] { return kelu; }};
 };
 
 TEST_F(FirmwareSideTest, FormFactorsWithASecondInstance) {
     for (const std::string formFactor : {"2IN1", "MID", "TABLET", "CLAMSHELL"}) {
-        const SimulatedFirmware firmware({"--form-factor", formFactor});
+        startFirmware({"--form-factor", formFactor});
         const std::string failure = failureOf([&] { side.checkSecondInstance(); });
         EXPECT_EQ(failure == kNoFailure, formFactor == "2IN1" || formFactor == "MID") << failure;
     }
@@ -33,9 +51,10 @@ TEST_F(FirmwareSideTest, ImportedSensorsMustBeListed) {
     const auto sensor = makeSensor({0x73, 1, 0, 1, 2});
     sensor->importCalibration(Bytes{200, 0, 0, 0, 1, 2});  // a vendor's own
     saveCalibrationXml("second.xml", {sensor}, false);
-    const SimulatedFirmware firmware({});
+    startFirmware({});
     settings.importsXml = true;
-    EXPECT_EQ(failureOf([&] { side.initPhysicalSensors("second.xml"); }),
+    settings.importFile = "second.xml";
+    EXPECT_EQ(failureOf([&] { side.initPhysicalSensors(); }),
               "A matching Accelerometer_2 physical sensor was not found on the platform in "
               "order to write the calibration data of 0073000100000102");
 }
@@ -70,11 +89,11 @@ TEST_F(FirmwareSideTest, BlocksThatARunReads) {
         "0 0 none yes,yes,yes,yes, 1 0 refused-get-calibration no,no,no,no,");
     int command = 0, flow = 0;
     for (std::string fault, expected; rows >> command >> flow >> fault >> expected;) {
-        const SimulatedFirmware firmware({"--fault", fault});
+        startFirmware({"--fault", fault});
         settings.runCommand = static_cast<RunCommand>(command);
         settings.flowType = static_cast<FlowType>(flow);
         settings.exportsXml = command == 0;
-        const FirmwareSide::Sensors sensors = side.initPhysicalSensors("");
+        const FirmwareSide::Sensors sensors = side.initPhysicalSensors();
         side.loadSensorsData(sensors, {sensors[0]}, {{sensors[0], sensors[1]}});
         std::string loaded;
         for (std::size_t i = 0; i < 4; ++i) {
@@ -90,12 +109,12 @@ TEST_F(FirmwareSideTest, BlocksAreWrittenBeforeTheReset) {
         {"refused-reset", "SMHI Error: Reset Tavo command failed"},
         {"refused-set-calibration", "SMHI Error: Set calibration data command failed"}};
     for (const auto& [fault, failure] : kRows) {
-        SimulatedFirmware firmware({"--fault", fault});
-        const FirmwareSide::Sensors sensors = side.initPhysicalSensors("");
+        startFirmware({"--fault", fault});
+        const FirmwareSide::Sensors sensors = side.initPhysicalSensors();
         Sensor& light = *sensors.back();
         light.calibrationToWrite = simulator::lightBlock(3.0);
         EXPECT_EQ(messageOf<SmhiException>([&] { side.flushCalibrationData(sensors); }), failure);
-        EXPECT_EQ(firmware.stop().block(light.getLuid()) == light.calibrationToWrite,
+        EXPECT_EQ(device->firmware().flash().block(light.getLuid()) == light.calibrationToWrite,
                   !contains(failure, "Set"));
     }
 }
