@@ -269,8 +269,7 @@ bool Gyroscope::TestIntegration() {
     report.beginSubtree("Performing_TestIntegration");
     for (int i = 0; i < std::min(motionRotations.rows(), expectedValues.rows()); ++i) {
         const bool passed = testMotion(i);
-        suspect =
-            suspect || (!passed && pointsAlongWrongAxis(row(motionRotations, i), expectedRow(i)));
+        suspect = suspect || (!passed && turnsAboutWrongAxis(i));
         pass = pass && passed;
     }
     report.endSubtree();
@@ -296,6 +295,10 @@ bool Gyroscope::testMotion(int motion) {
     report.addAttributed("threshold", "", fixedText(threshold));
     report.addComment(passed ? ": PASSED" : " FAILED");
     return passed;
+}
+
+bool Gyroscope::turnsAboutWrongAxis(int motion) const {
+    return pointsAlongWrongAxis(row(motionRotations, motion), expectedRow(motion));
 }
 
 }  // namespace tavocal

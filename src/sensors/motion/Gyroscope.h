@@ -57,6 +57,7 @@ class Gyroscope : public InertialSensor {
     void followMotion(int motion, const std::vector<int>& ind);
     void findStillNoise(const std::vector<int>& ind);
     bool testMotion(int motion);
+    bool turnsAboutWrongAxis(int motion) const;
 };
 
 }  // namespace tavocal
