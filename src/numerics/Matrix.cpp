@@ -272,10 +272,6 @@ void require3x3(const Matrix& a) {
     }
 }
 
-bool allFinite(const Matrix& a) {
-    return allFinite(flattened(a));
-}
-
 bool isDiagonal(const Matrix& a) {
     if (a.rows() != a.cols()) {
         return false;

@@ -136,10 +136,6 @@ double clampedAngleBetween(const Vector& a, const Vector& b) {
     return std::acos(std::fabs(cosine) > 1.0 ? std::copysign(1.0, cosine) : cosine);
 }
 
-bool allFinite(const Vector& a) {
-    return std::all_of(a.begin(), a.end(), [](double x) { return std::isfinite(x); });
-}
-
 double largestMagnitude(const Vector& a) {
     double largest = 0.0;
     for (const double x : a) {
@@ -148,6 +144,11 @@ double largestMagnitude(const Vector& a) {
         }
     }
     return largest;
+}
+
+int countNotFinite(const Vector& a) {
+    return static_cast<int>(
+        std::count_if(a.begin(), a.end(), [](double x) { return !std::isfinite(x); }));
 }
 
 int indexOfLargestSquare(const Vector& a) {

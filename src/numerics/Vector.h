@@ -85,12 +85,11 @@ double angleBetween(const Vector& a, const Vector& b);
 // The same, with a cosine beyond 1 in magnitude replaced by its sign.
 double clampedAngleBetween(const Vector& a, const Vector& b);
 
-// No element is infinite or NaN.
-bool allFinite(const Vector& a);
-
 // The largest absolute value; 0.0 for the empty vector. NaNs are passed over, and values are
 // compared by their squares.
 double largestMagnitude(const Vector& a);
+// How many elements are infinite or no number.
+int countNotFinite(const Vector& a);
 // The index of the element with the largest square, the first of equals; 0 if there is none
 // above 0.0. NaNs are passed over.
 int indexOfLargestSquare(const Vector& a);

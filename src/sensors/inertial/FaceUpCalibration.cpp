@@ -7,36 +7,15 @@
 #include "numerics/Vector.h"
 #include "sensors/inertial/InertialSensor.h"
 #include "sensors/inertial/StageStatistics.h"
+#include "sensors/model/Verdict.h"
 
 namespace tavocal {
 
 namespace {
 
-// Collects what is wrong; the report names the first of it.
-class FaceUpVerdict {
-  public:
-    explicit FaceUpVerdict(InertialSensor& judged)
-        : sensor(judged), reason("Calibration failed for sensor " + judged.name + ". Reason: ") {}
-
-    void fail(const std::string& parameter, const std::string& text) {
-        if (!failed) {
-            sensor.report.setAttribute("FailureParameter", parameter);
-        }
-        failed = true;
-        reason += text;
-    }
-
-    void throwIfFailed() const {
-        if (failed) {
-            throw CalibrationException(reason);
-        }
-    }
-
-  private:
-    InertialSensor& sensor;
-    std::string reason;
-    bool failed = false;
-};
+constexpr const char* kOffsetOfWrongAxis =
+    "Calculated offset is too high. Check that axis mapping is correct. Note That per-model "
+    "calibration is a prerequisite for running a Face Up calibration.\n";
 
 // Whether the offset would pass if the sensor's Z axis pointed the other way.
 bool passesWithZFlipped(const InertialSensor& sensor, const Vector& offset) {
@@ -46,23 +25,24 @@ bool passesWithZFlipped(const InertialSensor& sensor, const Vector& offset) {
     return largestMagnitude(flipped) <= sensor.faceUpOffsetLimit;
 }
 
+// Throws with the reasons if the result is no good.
 void judge(InertialSensor& sensor, const Vector& offset, const Vector& deviation) {
-    FaceUpVerdict verdict(sensor);
-    if (largestMagnitude(offset) > sensor.faceUpOffsetLimit) {
-        verdict.fail("Offset", passesWithZFlipped(sensor, offset)
-                                   ? "Calculated offset is too high. Check that axis mapping is "
-                                     "correct. Note That per-model calibration is a prerequisite "
-                                     "for running a Face Up calibration.\n"
-                                   : "Calculated offset is too high.\n");
+    Verdict verdict(sensor, "Calibration");
+    verdict.judge(
+        refusedAbove("offset", largestMagnitude(offset), sensor.faceUpOffsetLimit, offset),
+        "Offset",
+        passesWithZFlipped(sensor, offset) ? kOffsetOfWrongAxis
+                                           : "Calculated offset is too high.\n",
+        sensor.samplingUnit);
+    verdict.judge(
+        refusedAbove("noise", largestMagnitude(deviation), sensor.faceUpStdLimit, deviation),
+        "StandardDeviation", "Data standard deviation is too high. Device should be motionless.\n",
+        sensor.samplingUnit);
+    verdict.judgeFinite(countNotFinite(offset) + countNotFinite(deviation));
+    if (verdict.failed()) {
+        throw CalibrationException("Calibration failed for sensor " + sensor.name +
+                                   ". Reason: " + verdict.reasons());
     }
-    if (largestMagnitude(deviation) > sensor.faceUpStdLimit) {
-        verdict.fail("StandardDeviation",
-                     "Data standard deviation is too high. Device should be motionless.\n");
-    }
-    if (!allFinite(offset) || !allFinite(deviation)) {
-        verdict.fail("Not finite", "Calculated calibration is not finite.\n");
-    }
-    verdict.throwIfFailed();
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "numerics/MatrixInverse.h"
 #include "sensors/inertial/FaceUpCalibration.h"
 #include "sensors/model/RunContext.h"
+#include "sensors/model/Verdict.h"
 #include "sensors/motion/ExpectedGravity.h"
 #include "vocabulary/SensorTypes.h"
 #include "vocabulary/TestingConfig.h"
@@ -197,10 +198,9 @@ void Accelerometer::CheckAxisMappingVsOrig() {
     if (!isPrimary()) {
         return;
     }
-    const std::string failure = "Calibration failed for all sensors. ";
     if (originalCalibration.size() < kStaticBlockSize) {
-        report.setAttribute("FailureParameter", "AxisMapping");
-        throw CalibrationException(failure + "Reason: No original axis mapping to compare with.\n");
+        judgeAxisMapping(false, "No original axis mapping to compare with.\n");
+        return;
     }
     const std::uint32_t now = compressAxisMapping(axisMapping);
     const std::uint32_t original =
@@ -209,8 +209,17 @@ void Accelerometer::CheckAxisMappingVsOrig() {
         TAVOCAL_LOG(Error, "Accelerometer::CheckAxisMappingVsOrig",
                     "the original axis mapping was " + std::to_string(original) + " new one is " +
                         std::to_string(now));
-        report.setAttribute("FailureParameter", "AxisMapping");
-        throw CalibrationException(failure + "Reason: wrong movement detected");
+    }
+    judgeAxisMapping(now == original, "wrong movement detected");
+}
+
+void Accelerometer::judgeAxisMapping(bool isOriginal, const char* reason) {
+    Verdict verdict(*this, "Calibration");
+    verdict.judge(
+        refusedAbove("axis mappings that are not the original", isOriginal ? 0.0 : 1.0, 0.0),
+        "AxisMapping", std::string("Calibration failed for all sensors. Reason: ") + reason);
+    if (verdict.failed()) {
+        throw CalibrationException(verdict.reasons());
     }
 }
 

@@ -8,11 +8,12 @@
 #include "base/Text.h"
 #include "numerics/MatrixInverse.h"
 #include "numerics/Rotations.h"
-#include "sensors/inertial/Assertions.h"
 #include "sensors/inertial/AxisMapping.h"
 #include "sensors/inertial/FaceUpCalibration.h"
+#include "sensors/model/Assertions.h"
 #include "sensors/model/RunContext.h"
 #include "sensors/model/SampleWindows.h"
+#include "sensors/model/SensorTest.h"
 #include "sensors/model/StageSegments.h"
 #include "sensors/motion/ExpectedTurns.h"
 #include "vocabulary/SensorTypes.h"
@@ -25,6 +26,10 @@ namespace {
 constexpr int kTurns = 3;
 constexpr double kSecondsPerMs = 0.001;
 constexpr double kMsPerSecond = 1000.0;
+
+constexpr TestTexts kMotion = {"rotation", Unit::degree,
+                               "Angles",   "measured rotation in degrees",
+                               "Expected", "expected rotation at a perfectly calibrated system"};
 
 }  // namespace
 
@@ -264,37 +269,18 @@ void Gyroscope::findStillNoise(const std::vector<int>& ind) {
 }
 
 bool Gyroscope::TestIntegration() {
-    bool pass = true;
-    bool suspect = false;
-    report.beginSubtree("Performing_TestIntegration");
+    SensorTest test(*this, "Performing_TestIntegration");
     for (int i = 0; i < std::min(motionRotations.rows(), expectedValues.rows()); ++i) {
-        const bool passed = testMotion(i);
-        suspect = suspect || (!passed && turnsAboutWrongAxis(i));
-        pass = pass && passed;
+        test.beginStep("dynamic step", i);
+        const Judgement judgement = assertVector(
+            row(motionRotations, i), expectedRow(i),
+            "motion " + getDisplayName() + " step " + std::to_string(i) + " gyro rotation test", "",
+            testingConfig().gyr_threshold_motion_DPS);
+        if (!test.judge(judgement, kMotion) && turnsAboutWrongAxis(i)) {
+            test.suspectWrongAxis();
+        }
     }
-    report.endSubtree();
-    if (suspect) {
-        run().addFailure(1, getDisplayName());
-    } else if (!pass) {
-        run().addFailure(0, getDisplayName());
-    }
-    return pass;
-}
-
-bool Gyroscope::testMotion(int motion) {
-    const double threshold = testingConfig().gyr_threshold_motion_DPS;
-    const std::string step = std::to_string(motion);
-    const Vector measured = row(motionRotations, motion);
-    report.addComment("dynamic step " + step);
-    const bool passed = assertVector(
-        measured, expectedRow(motion),
-        "motion " + getDisplayName() + " step " + step + " gyro rotation test", "", threshold);
-    report.addVector(measured, "Angles", "measured rotation in degrees");
-    report.addVector(expectedRow(motion), "Expected",
-                     "expected rotation at a perfectly calibrated system");
-    report.addAttributed("threshold", "", fixedText(threshold));
-    report.addComment(passed ? ": PASSED" : " FAILED");
-    return passed;
+    return test.finish();
 }
 
 bool Gyroscope::turnsAboutWrongAxis(int motion) const {

@@ -42,6 +42,7 @@ struct Measure {
 struct QualityGateTest : ::testing::TestWithParam<bool> {
     void makePerfect() {
         sensor = makeNamedSensor("Accelerometer_2");
+        sensor->setManager(&run);
         sensor->stageMeans = sensor->expectedValues = kPositions;
         sensor->scaleMatrix = sensor->axisMapping = identity(3);
         sensor->limits = {1e9, 1e9, 1e9, 1e9, 1e9, 1e9, 1.0, 1e9};
@@ -61,6 +62,7 @@ struct QualityGateTest : ::testing::TestWithParam<bool> {
     }
 
     const bool fourSteps = GetParam();
+    FakeRun run{FlowType::Full};
     std::shared_ptr<InertialSensor> sensor;
 };
 
@@ -161,6 +163,7 @@ TEST_P(QualityGateTest, ReportsWhatItMeasured) {
     }
     // A gyroscope's means are turns, from which the bias has been taken.
     const auto gyroscope = makeNamedSensor("Gyroscope");
+    gyroscope->setManager(&run);
     gyroscope->stageMeans = gyroscope->scaleMatrix = gyroscope->axisMapping = identity(3);
     gyroscope->expectedValues = identity(3);
     gyroscope->offsetVector = {3.0, 3.0, 3.0};

@@ -63,6 +63,7 @@ TEST(AccelerometerTest, PrimaryMountingIsComparedWhenAskedFor) {
         addPositions(bench, turned ? kMounting : identity(3), Vector(3));
         EXPECT_EQ(failure(bench), expected);
         EXPECT_EQ(contains(reportOf(*bench.sensor), "AxisMapping]"), expected != none);
+        EXPECT_EQ(bench.run.judgements.back().reason == expected, expected != none);
     }
 }
 
