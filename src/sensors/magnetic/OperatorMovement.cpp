@@ -21,10 +21,9 @@ constexpr double kBeginEndDifferenceThres_testPhase = 100.0;
 
 // NaN for an axis with a value that is not finite.
 Vector axisRanges(const std::vector<Sample>& samples) {
-    const IndexWindow all{0, static_cast<int>(samples.size()) - 1};
     Vector ranges(3);
     for (int axis = 0; axis < 3; ++axis) {
-        ranges[axis] = finiteAxisRange(samples, all, axis);
+        ranges[axis] = finiteAxisRange(samples, {0, static_cast<int>(samples.size()) - 1}, axis);
     }
     return ranges;
 }

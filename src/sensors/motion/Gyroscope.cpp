@@ -276,15 +276,12 @@ bool Gyroscope::TestIntegration() {
             row(motionRotations, i), expectedRow(i),
             "motion " + getDisplayName() + " step " + std::to_string(i) + " gyro rotation test", "",
             testingConfig().gyr_threshold_motion_DPS);
-        if (!test.judge(judgement, kMotion) && turnsAboutWrongAxis(i)) {
+        if (!test.judge(judgement, kMotion) &&
+            pointsAlongWrongAxis(row(motionRotations, i), expectedRow(i))) {
             test.suspectWrongAxis();
         }
     }
     return test.finish();
-}
-
-bool Gyroscope::turnsAboutWrongAxis(int motion) const {
-    return pointsAlongWrongAxis(row(motionRotations, motion), expectedRow(motion));
 }
 
 }  // namespace tavocal

@@ -56,7 +56,6 @@ class Gyroscope : public InertialSensor {
     std::vector<Sample> stillSamples(const std::vector<int>& ind) const;
     void followMotion(int motion, const std::vector<int>& ind);
     void findStillNoise(const std::vector<int>& ind);
-    bool turnsAboutWrongAxis(int motion) const;
 };
 
 }  // namespace tavocal
