@@ -48,6 +48,7 @@ bool Accelerometer::movedFromReference() {
 
 void Accelerometer::setThresholds() {
     const FlowType flow = run().flowType();
+    // The flows whose positions are solved for an affine map.
     const bool affine = flow == FlowType::Full || flow == FlowType::AccelerometerOnly;
     limits.whiteNoiseLimit = affine ? 0.015 : 0.06;
     limits.normStdLimit = affine ? 0.001 : 0.04;

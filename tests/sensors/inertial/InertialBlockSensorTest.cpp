@@ -1,5 +1,8 @@
 #include "sensors/inertial/InertialBlockSensor.h"
 
+#include <utility>
+
+#include "sensors/SensorFactory.h"
 #include "support/CalibrationFile.h"
 
 namespace tavocal::test {
@@ -18,6 +21,14 @@ TEST_F(InertialBlockSensorTest, StaticData) {
 
 TEST_F(InertialBlockSensorTest, WhiteNoiseGoesIntoThePresentBlock) {
     expectTableOfTest();
+    // A block that comes later takes it too; without an import none is changed.
+    const auto sensor = load(lastLoaded()).at(0);
+    const CalibrationBlock imported = std::exchange(sensor->calibrationToWrite, {});
+    sensor->setCalibrationData(CalibrationBlock(12, 1));
+    EXPECT_EQ(sensor->calibrationToWrite, imported);
+    const auto other = makeSensor(sensor->luid);
+    other->setCalibrationData(CalibrationBlock(12, 1));
+    EXPECT_TRUE(other->calibrationToWrite.empty());
     const auto loadOverUnusable = [this] {
         for (const CalibrationBlock& unusable : {CalibrationBlock{}, CalibrationBlock(12, 9)}) {
             firmware.blocks["0073000100020001"] = unusable;
