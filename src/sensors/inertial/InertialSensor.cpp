@@ -4,8 +4,8 @@
 #include <cmath>
 #include <limits>
 
+#include "base/Bytes.h"
 #include "base/Failures.h"
-#include "base/LittleEndian.h"
 #include "calibration/InertialBlock.h"
 #include "firmware/SDT.h"
 #include "log/ScopeLog.h"
@@ -121,7 +121,7 @@ void InertialSensor::validateCalibrationData(const CalibrationBlock& block) cons
         // A block may carry vendor data behind its own fields.
         const bool hasVendorLength = block.size() >= kVendorDataPosition && block[0] == formatId;
         if (!hasVendorLength ||
-            block.size() != maxCalibrationSize + readU16(block, kVendorLengthPosition)) {
+            block.size() != maxCalibrationSize + ByteReader(block).u16(kVendorLengthPosition)) {
             throw;
         }
     }

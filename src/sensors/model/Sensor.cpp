@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "base/Failures.h"
-#include "base/LittleEndian.h"
 #include "calibration/CustomXml.h"
 #include "calibration/InertialBlock.h"
 #include "calibration/SensorElement.h"
