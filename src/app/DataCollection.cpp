@@ -11,6 +11,7 @@
 #include "base/TextToNumber.h"
 #include "commandline/CmdLine.h"
 #include "commandline/RunSettings.h"
+#include "firmware/PNRRecord.h"
 #include "formats/CsvParser.h"
 #include "log/Logger.h"
 #include "platform/Console.h"
@@ -209,6 +210,8 @@ void DataCollection::writeCalibratedDump() {
 
 void DataCollection::abort() {
     constexpr const char* kName = "CalibrationManager::abort";
+    // Whoever holds the lock may be waiting for a firmware that never ends its session.
+    PNRRecord::instance().hurry();
     const std::lock_guard<std::mutex> lock(collectionMutex);
     const Status status = collectionStatus;
     TAVOCAL_LOG(Debug, kName,
