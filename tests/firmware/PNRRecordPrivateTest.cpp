@@ -323,6 +323,8 @@ TEST_F(PNRRecordPrivateTest, ProcessWideSessionIsMadeAnewAndOutlivesTwoStops) {
     EXPECT_TRUE(processWide.start(receiver));
     EXPECT_FALSE(processWide.stop());
     EXPECT_EQ(channels, 5);
+    // Nobody may have asked the firmware to stop.
+    recording = false;
 }
 
 }  // namespace tavocal::test
