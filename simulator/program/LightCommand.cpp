@@ -5,7 +5,7 @@
 #include <limits>
 
 #include "simulator/arguments/OptionTable.h"
-#include "simulator/recording/OutputFolder.h"
+#include "simulator/base/OutputFolder.h"
 
 namespace tavocal::simulator {
 

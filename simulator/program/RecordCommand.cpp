@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "simulator/arguments/DeviceArguments.h"
-#include "simulator/recording/OutputFolder.h"
+#include "simulator/base/OutputFolder.h"
 
 namespace tavocal::simulator {
 

@@ -7,7 +7,7 @@
 #include "formats/CalibrationXml.h"
 #include "sensors/SensorFactory.h"
 #include "sensors/model/Sensor.h"
-#include "simulator/firmware/CalibrationBlocks.h"
+#include "simulator/hub/CalibrationBlocks.h"
 #include "support/Outcome.h"
 #include "support/SimulatedFirmware.h"
 #include "support/WorkingFolder.h"

@@ -9,7 +9,7 @@
 #include "log/Logger.h"
 #include "sampling/FakeRunParts.h"
 #include "sampling/SensorManager.h"
-#include "simulator/firmware/FirmwareAnswer.h"
+#include "simulator/messages/FirmwareAnswer.h"
 #include "support/WorkingFolder.h"
 
 namespace tavocal::test {

@@ -5,8 +5,8 @@
 #include <thread>
 #include <vector>
 
-#include "simulator/live/FirmwareServer.h"
 #include "simulator/live/LiveDevice.h"
+#include "simulator/system/FirmwareServer.h"
 
 namespace tavocal::test {
 

@@ -1,7 +1,7 @@
-#include "simulator/firmware/SensorHub.h"
+#include "simulator/hub/SensorHub.h"
 
 #include "simulator/device/World.h"
-#include "simulator/firmware/Flash.h"
+#include "simulator/hub/Flash.h"
 
 namespace tavocal::simulator {
 

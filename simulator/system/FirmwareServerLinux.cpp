@@ -12,7 +12,7 @@
 #include <cstring>
 #include <stdexcept>
 
-#include "simulator/live/FirmwareServer.h"
+#include "simulator/system/FirmwareServer.h"
 
 namespace tavocal::simulator {
 

@@ -7,6 +7,10 @@
 // The blocks that the firmware keeps for its sensors.
 namespace tavocal::simulator {
 
+// The first byte of a block is its format. From this one on it is a vendor's own, which nobody
+// reads.
+constexpr std::uint8_t kFirstVendorFormat = 128;
+
 // The firmware stores such a block for such a sensor: a vendor's own format, or the format and size
 // that its kind of sensor has.
 bool fitsSensor(const LUID& luid, const Bytes& block);

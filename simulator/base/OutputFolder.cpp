@@ -1,4 +1,4 @@
-#include "simulator/recording/OutputFolder.h"
+#include "simulator/base/OutputFolder.h"
 
 #include "platform/Files.h"
 

@@ -8,7 +8,7 @@
 
 #include "base/Bytes.h"
 #include "simulator/firmware/Firmware.h"
-#include "simulator/live/SimulatedClock.h"
+#include "simulator/system/SimulatedClock.h"
 
 struct pollfd;
 

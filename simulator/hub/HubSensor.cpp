@@ -1,4 +1,4 @@
-#include "simulator/firmware/HubSensor.h"
+#include "simulator/hub/HubSensor.h"
 
 #include <limits>
 

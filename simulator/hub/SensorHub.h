@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "simulator/device/DeviceOptions.h"
-#include "simulator/firmware/FirmwareAnswer.h"
-#include "simulator/firmware/HubSensor.h"
+#include "simulator/hub/HubSensor.h"
+#include "simulator/messages/FirmwareAnswer.h"
 
 namespace tavocal::simulator {
 

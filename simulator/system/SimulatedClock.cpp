@@ -1,4 +1,4 @@
-#include "simulator/live/SimulatedClock.h"
+#include "simulator/system/SimulatedClock.h"
 
 #include <algorithm>
 

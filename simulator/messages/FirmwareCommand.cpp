@@ -1,6 +1,8 @@
-#include "simulator/firmware/FirmwareCommand.h"
+#include "simulator/messages/FirmwareCommand.h"
 
 #include <array>
+
+#include "simulator/base/Names.h"
 
 namespace tavocal::simulator {
 
@@ -17,12 +19,7 @@ std::string_view commandName(FirmwareCommand command) {
 }
 
 std::optional<FirmwareCommand> commandFromName(std::string_view name) {
-    for (std::size_t i = 0; i < kNames.size(); ++i) {
-        if (kNames[i] == name) {
-            return static_cast<FirmwareCommand>(i);
-        }
-    }
-    return std::nullopt;
+    return valueNamed<FirmwareCommand>(kNames, name);
 }
 
 }  // namespace tavocal::simulator

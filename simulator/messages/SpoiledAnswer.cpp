@@ -1,4 +1,4 @@
-#include "simulator/firmware/SpoiledAnswer.h"
+#include "simulator/messages/SpoiledAnswer.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "simulator/firmware/CalibrationBlocks.h"
+#include "simulator/hub/CalibrationBlocks.h"
 
 #include <algorithm>
 #include <array>
@@ -11,7 +11,6 @@ namespace tavocal::simulator {
 
 namespace {
 
-constexpr std::uint8_t kFirstVendorFormat = 128;
 constexpr std::size_t kStaticSize = 40;
 constexpr std::size_t kVendorLengthAt = 38;
 constexpr std::size_t kSmallestDynamic = 12;

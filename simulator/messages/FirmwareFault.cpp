@@ -1,4 +1,4 @@
-#include "simulator/firmware/FirmwareFault.h"
+#include "simulator/messages/FirmwareFault.h"
 
 #include <array>
 

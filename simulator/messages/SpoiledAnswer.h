@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Bytes.h"
-#include "simulator/firmware/FirmwareFault.h"
+#include "simulator/messages/FirmwareFault.h"
 
 namespace tavocal::simulator {
 

@@ -6,8 +6,8 @@
 
 #include "simulator/device/SampleClock.h"
 #include "simulator/device/SensorKind.h"
-#include "simulator/firmware/AppliedCalibration.h"
-#include "simulator/firmware/FirmwareCommand.h"
+#include "simulator/hub/AppliedCalibration.h"
+#include "simulator/messages/FirmwareCommand.h"
 #include "vocabulary/Luid.h"
 
 namespace tavocal::simulator {

@@ -1,4 +1,4 @@
-#include "simulator/firmware/FirmwareAnswer.h"
+#include "simulator/messages/FirmwareAnswer.h"
 
 #include "firmware/SmhiLayout.h"
 

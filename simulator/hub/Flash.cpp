@@ -1,4 +1,4 @@
-#include "simulator/firmware/Flash.h"
+#include "simulator/hub/Flash.h"
 
 namespace tavocal::simulator {
 

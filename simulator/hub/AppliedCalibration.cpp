@@ -1,13 +1,14 @@
-#include "simulator/firmware/AppliedCalibration.h"
+#include "simulator/hub/AppliedCalibration.h"
 
 #include <algorithm>
 #include <limits>
+
+#include "simulator/hub/CalibrationBlocks.h"
 
 namespace tavocal::simulator {
 
 namespace {
 
-constexpr std::uint8_t kFirstVendorFormat = 128;
 constexpr std::size_t kOffsetAt = 2;
 constexpr std::size_t kScaleAt = 14;
 constexpr std::size_t kScaleFactorAt = 32;

@@ -1,8 +1,8 @@
-#include "simulator/live/FactoryFlash.h"
+#include "simulator/hub/FactoryFlash.h"
 
 #include "simulator/device/SensorFactory.h"
-#include "simulator/firmware/CalibrationBlocks.h"
-#include "simulator/firmware/SensorHub.h"
+#include "simulator/hub/CalibrationBlocks.h"
+#include "simulator/hub/SensorHub.h"
 #include "vocabulary/SensorTypes.h"
 
 namespace tavocal::simulator {
@@ -33,17 +33,16 @@ Bytes firstBlock(const LUID& luid, FactoryBlocks blocks) {
 
 }  // namespace
 
-Flash factoryFlash(const LiveOptions& options) {
+Flash factoryFlash(DeviceOptions device, FactoryBlocks blocks) {
     Flash flash;
-    for (const LUID& luid : hubLuids(options.motion)) {
-        flash.store(luid, firstBlock(luid, options.blocks));
+    for (const LUID& luid : hubLuids(device)) {
+        flash.store(luid, firstBlock(luid, blocks));
     }
     // A factory that calibrates a sensor doesn't know what will go wrong with it.
-    DeviceOptions device = options.motion;
     device.fault = Fault::None;
-    if (options.blocks == FactoryBlocks::Exact) {
+    if (blocks == FactoryBlocks::Exact) {
         storeBlocks(makeSensors(device), flash);
-    } else if (options.blocks == FactoryBlocks::Other) {
+    } else if (blocks == FactoryBlocks::Other) {
         device.seed += kOtherSeed;
         device.perfect = false;
         storeBlocks(makeSensors(device), flash);

@@ -4,7 +4,7 @@
 #include <csignal>
 #include <stdexcept>
 
-#include "simulator/live/SignalWatch.h"
+#include "simulator/system/SignalWatch.h"
 
 namespace tavocal::simulator {
 

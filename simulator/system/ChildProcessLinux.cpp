@@ -10,7 +10,7 @@
 #include <cstring>
 #include <stdexcept>
 
-#include "simulator/live/ChildProcess.h"
+#include "simulator/system/ChildProcess.h"
 
 namespace tavocal::simulator {
 

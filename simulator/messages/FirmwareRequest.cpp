@@ -1,4 +1,4 @@
-#include "simulator/firmware/FirmwareRequest.h"
+#include "simulator/messages/FirmwareRequest.h"
 
 #include <array>
 #include <stdexcept>

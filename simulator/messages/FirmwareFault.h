@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "simulator/firmware/FirmwareCommand.h"
+#include "simulator/messages/FirmwareCommand.h"
 
 namespace tavocal::simulator {
 

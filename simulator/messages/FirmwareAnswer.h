@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "base/Bytes.h"
-#include "simulator/firmware/FirmwareCommand.h"
+#include "simulator/messages/FirmwareCommand.h"
 #include "vocabulary/Luid.h"
 
 // The firmware's messages, byte for byte.
