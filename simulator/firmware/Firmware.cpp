@@ -49,7 +49,6 @@ void Firmware::receive(Client client, std::span<const std::uint8_t> message) {
     if (!greeted.contains(client)) {
         greet(client, message);
     } else if (message.size() < smhi::kHeaderSize) {
-        ++refusalCount;
         hangUp(client);
     } else if (!isSilent) {
         answer(client, message);
@@ -58,7 +57,6 @@ void Firmware::receive(Client client, std::span<const std::uint8_t> message) {
 
 void Firmware::greet(Client client, std::span<const std::uint8_t> message) {
     if (!std::equal(message.begin(), message.end(), kClientGuid.begin(), kClientGuid.end())) {
-        ++refusalCount;
         hangUp(client);
     } else if (options.fault.is(Kind::NoGreeting)) {
         hangUp(client);
@@ -102,7 +100,6 @@ void Firmware::answer(Client client, std::span<const std::uint8_t> message) {
     if (status == Status::Success && (bySelf || !preventsCommand(options.fault))) {
         status = perform(client, request, reply);
     }
-    refusalCount += status == Status::Success ? 0 : 1;
     if (reply.empty()) {
         reply = headerAnswer(message[0] & static_cast<std::uint8_t>(~smhi::kResponseFlag), status);
     }

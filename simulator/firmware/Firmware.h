@@ -51,8 +51,6 @@ class Firmware {
     // Whom a session publishes to, if anybody.
     std::optional<Client> listener() const { return session.owner(); }
     const Flash& flash() const { return stored; }
-    // How many requests were refused or not understood, but for those by a fault.
-    unsigned refusals() const { return refusalCount; }
 
   private:
     void greet(Client client, std::span<const std::uint8_t> message);
@@ -82,7 +80,6 @@ class Firmware {
     std::vector<Output> outputs;
     double time = 0.0;
     bool isSilent = false;
-    unsigned refusalCount = 0;
 };
 
 }  // namespace tavocal::simulator

@@ -13,10 +13,6 @@ constexpr std::array<std::string_view, 3> kNames = {"clean", "usual", "magnetic"
 
 }  // namespace
 
-std::string_view roomName(Room room) {
-    return kNames[static_cast<std::size_t>(room)];
-}
-
 std::optional<Room> roomFromName(std::string_view name) {
     return valueNamed<Room>(kNames, name);
 }
