@@ -11,13 +11,7 @@ void StopRequest::reset() {
     exitEvent->reset();
 }
 
-void StopRequest::ask() {
-    const std::lock_guard<std::mutex> lock(mutex);
-    if (stopState == StopState::None) {
-        stopState = StopState::Asked;
-    }
-}
-
+// It is broken under the lock, here and in giveUp, so that it can only be the worker's read.
 void StopRequest::wakeWorker() {
     const std::lock_guard<std::mutex> lock(mutex);
     if (stopState == StopState::Asked) {
@@ -25,20 +19,6 @@ void StopRequest::wakeWorker() {
     }
 }
 
-bool StopRequest::waitForEnd(std::chrono::milliseconds time) {
-    return exitEvent->waitFor(time);
-}
-
-void StopRequest::waitForEnd() {
-    exitEvent->wait();
-}
-
-bool StopRequest::isUnderWay() const {
-    const StopState now = state();
-    return now == StopState::Asked || now == StopState::Sent;
-}
-
-// The read is broken under the lock, so that it can only be the worker's.
 void StopRequest::giveUp() {
     const std::lock_guard<std::mutex> lock(mutex);
     if (stopState == StopState::Asked || stopState == StopState::Sent) {
@@ -47,19 +27,9 @@ void StopRequest::giveUp() {
     }
 }
 
-bool StopRequest::isAsked() const {
-    return state() != StopState::None;
-}
-
-bool StopRequest::isGivenUp() const {
-    return state() == StopState::GivenUp;
-}
-
-void StopRequest::setSent() {
-    const std::lock_guard<std::mutex> lock(mutex);
-    if (stopState == StopState::Asked) {
-        stopState = StopState::Sent;
-    }
+bool StopRequest::isUnderWay() const {
+    const StopState now = state();
+    return now == StopState::Asked || now == StopState::Sent;
 }
 
 void StopRequest::setEnded() {
@@ -71,6 +41,11 @@ void StopRequest::setEnded() {
 StopRequest::StopState StopRequest::state() const {
     const std::lock_guard<std::mutex> lock(mutex);
     return stopState;
+}
+
+void StopRequest::change(StopState from, StopState to) {
+    const std::lock_guard<std::mutex> lock(mutex);
+    stopState = stopState == from ? to : stopState;
 }
 
 }  // namespace tavocal

@@ -20,12 +20,12 @@ class StopRequest {
 
     // REQUIRES: no worker runs. One has to be started behind it.
     void reset();
-    void ask();
+    void ask() { change(StopState::None, StopState::Asked); }
     // Breaks the worker's read if the worker hasn't looked at the request yet.
     void wakeWorker();
     // True if the worker has ended within that time.
-    bool waitForEnd(std::chrono::milliseconds time);
-    void waitForEnd();
+    bool waitForEnd(std::chrono::milliseconds time) { return exitEvent->waitFor(time); }
+    void waitForEnd() { exitEvent->wait(); }
 
     // ---- Anyone ----
 
@@ -36,9 +36,9 @@ class StopRequest {
 
     // ---- The worker ----
 
-    bool isAsked() const;
-    bool isGivenUp() const;
-    void setSent();
+    bool isAsked() const { return state() != StopState::None; }
+    bool isGivenUp() const { return state() == StopState::GivenUp; }
+    void setSent() { change(StopState::Asked, StopState::Sent); }
     // The worker's last act.
     void setEnded();
 
@@ -52,10 +52,11 @@ class StopRequest {
     };
 
     StopState state() const;
+    void change(StopState from, StopState to);
 
     KeluBase& channel;
-    mutable std::mutex mutex;
-    StopState stopState = StopState::Ended;  // changed and, with the read, acted on under the lock
+    mutable std::mutex mutex;  // a leaf, but for what cancelRead does
+    StopState stopState = StopState::Ended;
     std::unique_ptr<platform::SyncObject> exitEvent;
 };
 
