@@ -302,7 +302,7 @@ void CalibrationManager::testAll() {
 }
 
 // Nothing to compare is no failure.
-bool CalibrationManager::compareRotations(bool primary) const {
+bool CalibrationManager::compareRotations(bool primary) {
     const auto find = [&](const char* className) -> std::shared_ptr<Sensor> {
         for (const auto& sensor : calibratingSensors) {
             if (sensor->isPrimary() == primary && contains(sensor->getDisplayName(), className)) {
@@ -368,7 +368,7 @@ void CalibrationManager::evaluateMagEnvironment() const {
     throw CalibrationException("Error. NULL referenced.");
 }
 
-CrossSensorChecks CalibrationManager::crossSensorChecks() const {
+CrossSensorChecks CalibrationManager::crossSensorChecks() {
     return CrossSensorChecks(
         calibratingSensors,
         {settings.selectAccelerometer, settings.selectGyroscope, settings.selectMagnetometer},

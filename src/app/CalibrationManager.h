@@ -32,6 +32,10 @@ class CalibrationManager {
     // Stops sampling and writes the dumps of what was collected. Interrupt thread.
     void abort();
 
+    // Everything that the run has judged up to now, passed or failed, in order; also after a start
+    // that threw. Main thread.
+    const std::vector<Judgement>& judgements() const { return sensorManager.judgements(); }
+
     const std::string& exportFolder() const { return settings.exportFolder; }
     // Whole seconds that prompts waited for the operator.
     int userWaitSeconds() const { return collection.userWaitSeconds(); }
@@ -48,12 +52,12 @@ class CalibrationManager {
     void calibrateAll();
     void calibrateSensor(const std::shared_ptr<Sensor>& sensor) const;
     void testAll();
-    bool compareRotations(bool primary) const;
+    bool compareRotations(bool primary);
     bool testSensor(Sensor& sensor) const;
     [[noreturn]] void failTest() const;
     void magTest();
     void evaluateMagEnvironment() const;
-    CrossSensorChecks crossSensorChecks() const;
+    CrossSensorChecks crossSensorChecks();
     void writeReport() const;
     void handleFailure(const std::string& reason);
     void finish();

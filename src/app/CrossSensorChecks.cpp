@@ -8,11 +8,13 @@
 #include "base/Failures.h"
 #include "base/Text.h"
 #include "log/Logger.h"
+#include "numerics/Rotations.h"
 #include "numerics/Statistics.h"
 #include "numerics/Vector.h"
-#include "sensors/inertial/Assertions.h"
 #include "sensors/magnetic/Ellipsoid.h"
+#include "sensors/model/Assertions.h"
 #include "sensors/model/RunContext.h"
+#include "sensors/model/SensorTest.h"
 #include "sensors/motion/Gyroscope.h"
 #include "sensors/motion/RotationTracking.h"
 #include "vocabulary/SensorTypes.h"
@@ -21,9 +23,6 @@
 namespace tavocal {
 
 namespace {
-
-constexpr double kRadiansPerDegree = 0.017453292519943295;
-constexpr double kDegreesPerRadian = 57.29577951308232;
 
 enum Role : std::size_t { kAcc, kGyro, kMag, kAcc2, kGyro2, kMag2 };
 
@@ -45,13 +44,24 @@ enum class Measure {
     TurnAcrossHalves,  // of the primary gyroscope against the secondary accelerometer
 };
 
+constexpr const char* kExpectedAngle =
+    "The difference that is expected at a perfectly calibrated system";
+constexpr const char* kThresholdName = "rotation_agreement_degrees";
+
+constexpr TestTexts kGravityTexts = {
+    "rotation of gravity", Unit::degree,  "Angles", "difference between gyro and accel", "Expected",
+    kExpectedAngle,        kThresholdName};
+constexpr TestTexts kFieldTexts = {
+    "rotation of the field", Unit::degree,  "Angles", "difference between gyro and mag", "Expected",
+    kExpectedAngle,          kThresholdName};
+
 // What the gyroscope is compared with in compareRotation.
 struct RotationReference {
     const InertialSensor& sensor;
     Vector center;  // the stage means turn about this point
-    const char* subtree;
+    const char* testName;
     const char* titleEnd;
-    const char* comment;
+    const TestTexts& texts;
     double threshold;  // degrees
 };
 
@@ -60,7 +70,7 @@ RotationReference gravityReference(const InertialSensor& acc) {
             Vector(3),
             "Performing_TestCompareRotation_Gyro_Accel",
             " Gravity rotation test",
-            "difference between gyro and accel",
+            kGravityTexts,
             testingConfig().rotation_agreement_degrees_acc};
 }
 
@@ -69,7 +79,7 @@ RotationReference fieldReference(const InertialSensor& mag) {
             Ellipsoid().circleCenter(mag.bufferedData),
             "Performing_TestCompareRotation_Gyro_Mag",
             " Magnetometer rotation test",
-            "difference between gyro and mag",
+            kFieldTexts,
             testingConfig().rotation_agreement_degrees_mag};
 }
 
@@ -87,32 +97,19 @@ double disagreement(const Gyroscope& gyro, const RotationReference& reference, i
     return clampedAngleBetween(gyro.testRotations[motion] * later, earlier) * kDegreesPerRadian;
 }
 
-bool compareStage(Gyroscope& gyro, const RotationReference& reference, int stage) {
-    const std::string step = "step " + std::to_string(stage);
-    const Vector measured{disagreement(gyro, reference, stage)};
-    const Vector expected{0.0};
-    gyro.report.addComment(step);
-    const bool pass =
-        assertVector(measured, expected, gyro.getDisplayName() + " " + step + reference.titleEnd,
-                     "", reference.threshold);
-    gyro.report.addVector(measured, "Angles", reference.comment);
-    gyro.report.addVector(expected, "Expected",
-                          "The difference that is expected at a perfectly calibrated system");
-    gyro.report.addAttributed("threshold", "rotation_agreement_degrees",
-                              fixedText(reference.threshold));
-    gyro.report.addComment(pass ? ": PASSED" : " FAILED");
-    return pass;
-}
-
+// A disagreement enters no summary, since it doesn't tell which of the two is wrong.
 bool compareStages(Gyroscope& gyro, const RotationReference& reference, int stageCount) {
-    bool ok = true;
-    gyro.report.beginSubtree(reference.subtree);
+    SensorTest test(gyro, reference.testName);
     for (int i = 1; i < stageCount; ++i) {
-        const bool pass = compareStage(gyro, reference, i);
-        ok = ok && pass;
+        test.beginStep("step", i);
+        Judgement judgement =
+            assertVector({disagreement(gyro, reference, i)}, {0.0},
+                         gyro.getDisplayName() + " step " + std::to_string(i) + reference.titleEnd,
+                         "", reference.threshold);
+        judgement.other = reference.sensor.getDisplayName();
+        test.judge(judgement, reference.texts);
     }
-    gyro.report.endSubtree();
-    return ok;
+    return test.passed();
 }
 
 }  // namespace
@@ -150,7 +147,7 @@ const std::array<CrossSensorChecks::Comparison, 7> CrossSensorChecks::kCompariso
 }};
 
 CrossSensorChecks::CrossSensorChecks(const std::vector<std::shared_ptr<Sensor>>& calibratingSensors,
-                                     SelectedClasses classes, const RunContext& context)
+                                     SelectedClasses classes, RunContext& context)
     : selected(classes), run(context) {
     for (const std::shared_ptr<Sensor>& sensor : calibratingSensors) {
         for (std::size_t role = 0; role < sensors.size(); ++role) {
@@ -167,23 +164,38 @@ void CrossSensorChecks::checkCalibration() {
         if (!runs(comparison)) {
             continue;
         }
-        const double value = valueOf(comparison);
-        if (value <= comparison.limit) {
+        const Judgement judgement = judge(comparison);
+        run.judged(judgement);
+        if (judgement.passed) {
             continue;
         }
         if (reasons.empty()) {
             SensorReport& report = sensors[comparison.second]->report;
             report.setAttribute("Success", "false");
-            report.setAttribute("FailureParameter", comparison.parameter);
-            report.addScalar(value, comparison.element, comparison.comment);
+            report.setAttribute("FailureParameter", judgement.parameter);
+            report.addScalar(judgement.value, comparison.element, comparison.comment);
         }
-        reasons += comparison.reason;
+        reasons += judgement.reason;
     }
     if (!reasons.empty()) {
         throw CalibrationException("Calibration failed. Reason: " + reasons);
     }
     TAVOCAL_LOG(Insane, "CalibrationManager::checkCalibration",
                 "Finished CalibrationManager::checkCalibration");
+}
+
+Judgement CrossSensorChecks::judge(const Comparison& comparison) const {
+    const InertialSensor& second = *sensors[comparison.second];
+    const bool isAngle = comparison.measure == Measure::DipAngle;
+    Judgement judgement = acceptedUpTo(isAngle ? "spread of the dip angle" : "error of the turns",
+                                       valueOf(comparison), comparison.limit);
+    judgement.sensor = second.getDisplayName();
+    judgement.other = sensors[comparison.first]->getDisplayName();
+    judgement.check = "CrossSensorChecks";
+    judgement.unit = isAngle ? Unit::degree : second.samplingUnit;
+    judgement.parameter = comparison.parameter;
+    judgement.reason = comparison.reason;
+    return judgement;
 }
 
 bool CrossSensorChecks::runs(const Comparison& comparison) const {

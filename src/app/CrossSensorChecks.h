@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "numerics/Matrix.h"
+#include "vocabulary/Judgement.h"
 
 namespace tavocal {
 
@@ -27,7 +28,7 @@ class CrossSensorChecks {
   public:
     // `calibratingSensors` are those that the run works on. `run` must outlive this object.
     CrossSensorChecks(const std::vector<std::shared_ptr<Sensor>>& calibratingSensors,
-                      SelectedClasses selected, const RunContext& run);
+                      SelectedClasses selected, RunContext& run);
 
     // After a successful calibration of the Full flow. Throws CalibrationException that names every
     // disagreement; the report shows the first. A sensor without samples in a motion ends the
@@ -57,11 +58,12 @@ class CrossSensorChecks {
 
     bool runs(const Comparison& comparison) const;
     double valueOf(const Comparison& comparison) const;
+    Judgement judge(const Comparison& comparison) const;
 
     // By role; empty where the run has none.
     std::array<std::shared_ptr<InertialSensor>, 6> sensors;
     SelectedClasses selected;
-    const RunContext& run;
+    RunContext& run;
 };
 
 }  // namespace tavocal

@@ -68,6 +68,13 @@ Vector operator/(const Vector& a, double s) {
     return a * (1.0 / s);
 }
 
+double signOf(double value) {
+    if (value == 0.0) {
+        return 0.0;
+    }
+    return value > 0.0 ? 1.0 : -1.0;
+}
+
 double sum(const Vector& a) {
     double total = 0.0;
     for (const double x : a) {
@@ -137,6 +144,11 @@ double largestMagnitude(const Vector& a) {
         }
     }
     return largest;
+}
+
+int countNotFinite(const Vector& a) {
+    return static_cast<int>(
+        std::count_if(a.begin(), a.end(), [](double x) { return !std::isfinite(x); }));
 }
 
 int indexOfLargestSquare(const Vector& a) {

@@ -63,6 +63,9 @@ Vector operator*(const Vector& a, double s);
 // a * (1.0 / s): a division by zero gives non-finite elements.
 Vector operator/(const Vector& a, double s);
 
+// 1.0, -1.0, or 0.0 for a zero of either sign.
+double signOf(double value);
+
 double sum(const Vector& a);
 double sumOfSquares(const Vector& a);
 double norm(const Vector& a);
@@ -85,6 +88,8 @@ double clampedAngleBetween(const Vector& a, const Vector& b);
 // The largest absolute value; 0.0 for the empty vector. NaNs are passed over, and values are
 // compared by their squares.
 double largestMagnitude(const Vector& a);
+// How many elements are infinite or no number.
+int countNotFinite(const Vector& a);
 // The index of the element with the largest square, the first of equals; 0 if there is none
 // above 0.0. NaNs are passed over.
 int indexOfLargestSquare(const Vector& a);

@@ -13,11 +13,11 @@ constexpr std::array<const char*, 3> kKindTexts = {": Check Calibration", ": Che
 
 }  // namespace
 
-void FailureSummary::addFailure(int kind, const std::string& sensorName) {
+void FailureSummary::addFailure(FailureKind kind, const std::string& sensorName) {
     if (failureKinds.contains(kGeneral)) {
         return;
     }
-    if (static_cast<FailureKind>(kind) == FailureKind::CheckCalibration) {
+    if (kind == FailureKind::CheckCalibration) {
         failureKinds.emplace(sensorName, FailureKind::CheckCalibration);
     } else if (otherAxisFailure(sensorName)) {
         failureKinds.clear();

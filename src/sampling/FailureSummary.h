@@ -12,8 +12,8 @@ namespace tavocal {
 // all others. Main thread, after sampling.
 class FailureSummary {
   public:
-    // `kind`: 0 CheckCalibration, 1 CheckAxisMapping.
-    void addFailure(int kind, const std::string& sensorName);
+    // `kind`: CheckCalibration or CheckAxisMapping.
+    void addFailure(FailureKind kind, const std::string& sensorName);
 
     // One line per entry, ordered by name: the kind plus one, a tab, the name and what to check.
     std::string text() const;

@@ -405,7 +405,11 @@ bool SensorManager::isInteractive() const {
     return process->isInteractive();
 }
 
-void SensorManager::addFailure(int kind, const std::string& sensorName) {
+void SensorManager::judged(Judgement judgement) {
+    judgementList.push_back(std::move(judgement));
+}
+
+void SensorManager::addFailure(FailureKind kind, const std::string& sensorName) {
     failures.addFailure(kind, sensorName);
 }
 

@@ -79,6 +79,8 @@ class SensorManager : public RunContext, public SampleReceiver {
     void stageChanged(const std::string& text);
 
     std::string failureSummary() const { return failures.text(); }
+    // What the run has judged up to now, in order. Main thread.
+    const std::vector<Judgement>& judgements() const { return judgementList; }
 
     // RunContext.
     RunCommand runType() const override;
@@ -87,7 +89,8 @@ class SensorManager : public RunContext, public SampleReceiver {
     const std::vector<double>& segmentTimes() const override;
     const std::vector<int>& lightSegments() const override;
     bool isInteractive() const override;
-    void addFailure(int kind, const std::string& sensorName) override;
+    void judged(Judgement judgement) override;
+    void addFailure(FailureKind kind, const std::string& sensorName) override;
 
   private:
     void offerIndicators();
@@ -111,6 +114,7 @@ class SensorManager : public RunContext, public SampleReceiver {
     std::mutex dataMutex;
     SensorDataMap samples;
     StageControl stages;
+    std::vector<Judgement> judgementList;
     FailureSummary failures;
     bool allStagesDone = false;  // also ends a replay
     UserPacedSteps userSteps;

@@ -18,6 +18,7 @@ constexpr const char* kField = "Error in Gyroscope step 1 Magnetometer rotation 
 class CompareRotationTest : public ::testing::Test {
   protected:
     CompareRotationTest() {
+        gyro->setManager(&run);
         run.stages = 2;
         gyro->testRotations.push_back(rotationMatrix({0.0, 0.0, kPi / 2.0}));
         for (int i = 0; i < 300; ++i) {

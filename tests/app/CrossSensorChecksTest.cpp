@@ -30,7 +30,7 @@ class StillRun {
         }
     }
 
-    std::string failure(SelectedClasses selected = {true, true, true}) const {
+    std::string failure(SelectedClasses selected = {true, true, true}) {
         std::vector<std::shared_ptr<Sensor>> list;
         for (const auto& [name, sensor] : sensors) {
             list.push_back(sensor);

@@ -7,7 +7,7 @@ namespace tavocal::test {
 TEST(FailureSummary, SecondWrongAxisTurnsIntoOneGeneralEntry) {
     FailureSummary summary;
     const auto with = [&](int kind, const std::string& sensor) {
-        summary.addFailure(kind, sensor);
+        summary.addFailure(static_cast<FailureKind>(kind), sensor);
         return summary.text();
     };
     const std::string axis = "2\tGyroscope: Check Axis Mapping\n";

@@ -21,8 +21,9 @@ class FakeRun : public RunContext {
     const std::vector<double>& segmentTimes() const override { return times; }
     const std::vector<int>& lightSegments() const override { return segments; }
     bool isInteractive() const override { return interactive; }
-    void addFailure(int kind, const std::string& sensorName) override {
-        failures.emplace_back(kind, sensorName);
+    void judged(Judgement judgement) override { judgements.push_back(std::move(judgement)); }
+    void addFailure(FailureKind kind, const std::string& sensorName) override {
+        failures.emplace_back(static_cast<int>(kind), sensorName);
     }
 
     RunCommand type;
@@ -31,6 +32,7 @@ class FakeRun : public RunContext {
     std::vector<double> times;
     std::vector<int> segments;
     bool interactive = false;
+    std::vector<Judgement> judgements;
     std::vector<std::pair<int, std::string>> failures;
 };
 

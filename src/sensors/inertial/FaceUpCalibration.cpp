@@ -1,48 +1,21 @@
 #include "sensors/inertial/FaceUpCalibration.h"
 
-#include <algorithm>
-#include <cmath>
 #include <string>
 
 #include "base/Failures.h"
 #include "calibration/InertialBlock.h"
 #include "numerics/Vector.h"
 #include "sensors/inertial/InertialSensor.h"
+#include "sensors/inertial/StageStatistics.h"
+#include "sensors/model/Verdict.h"
 
 namespace tavocal {
 
 namespace {
 
-bool allFinite(const Vector& values) {
-    return std::all_of(values.begin(), values.end(),
-                       [](double value) { return std::isfinite(value); });
-}
-
-// Collects what is wrong; the report names the first of it.
-class FaceUpVerdict {
-  public:
-    explicit FaceUpVerdict(InertialSensor& judged)
-        : sensor(judged), reason("Calibration failed for sensor " + judged.name + ". Reason: ") {}
-
-    void fail(const std::string& parameter, const std::string& text) {
-        if (!failed) {
-            sensor.report.setAttribute("FailureParameter", parameter);
-        }
-        failed = true;
-        reason += text;
-    }
-
-    void throwIfFailed() const {
-        if (failed) {
-            throw CalibrationException(reason);
-        }
-    }
-
-  private:
-    InertialSensor& sensor;
-    std::string reason;
-    bool failed = false;
-};
+constexpr const char* kOffsetOfWrongAxis =
+    "Calculated offset is too high. Check that axis mapping is correct. Note That per-model "
+    "calibration is a prerequisite for running a Face Up calibration.\n";
 
 // Whether the offset would pass if the sensor's Z axis pointed the other way.
 bool passesWithZFlipped(const InertialSensor& sensor, const Vector& offset) {
@@ -52,23 +25,24 @@ bool passesWithZFlipped(const InertialSensor& sensor, const Vector& offset) {
     return largestMagnitude(flipped) <= sensor.faceUpOffsetLimit;
 }
 
+// Throws with the reasons if the result is no good.
 void judge(InertialSensor& sensor, const Vector& offset, const Vector& deviation) {
-    FaceUpVerdict verdict(sensor);
-    if (largestMagnitude(offset) > sensor.faceUpOffsetLimit) {
-        verdict.fail("Offset", passesWithZFlipped(sensor, offset)
-                                   ? "Calculated offset is too high. Check that axis mapping is "
-                                     "correct. Note That per-model calibration is a prerequisite "
-                                     "for running a Face Up calibration.\n"
-                                   : "Calculated offset is too high.\n");
+    Verdict verdict(sensor, "Calibration");
+    verdict.judge(
+        refusedAbove("offset", largestMagnitude(offset), sensor.faceUpOffsetLimit, offset),
+        "Offset",
+        passesWithZFlipped(sensor, offset) ? kOffsetOfWrongAxis
+                                           : "Calculated offset is too high.\n",
+        sensor.samplingUnit);
+    verdict.judge(
+        refusedAbove("noise", largestMagnitude(deviation), sensor.faceUpStdLimit, deviation),
+        "StandardDeviation", "Data standard deviation is too high. Device should be motionless.\n",
+        sensor.samplingUnit);
+    verdict.judgeFinite(countNotFinite(offset) + countNotFinite(deviation));
+    if (verdict.failed()) {
+        throw CalibrationException("Calibration failed for sensor " + sensor.name +
+                                   ". Reason: " + verdict.reasons());
     }
-    if (largestMagnitude(deviation) > sensor.faceUpStdLimit) {
-        verdict.fail("StandardDeviation",
-                     "Data standard deviation is too high. Device should be motionless.\n");
-    }
-    if (!allFinite(offset) || !allFinite(deviation)) {
-        verdict.fail("Not finite", "Calculated calibration is not finite.\n");
-    }
-    verdict.throwIfFailed();
 }
 
 }  // namespace
@@ -81,19 +55,16 @@ void faceUpCalibrate(InertialSensor& sensor) {
     if (block.size() < kStaticBlockSize) {
         throw CalibrationException("Invalid calibration data size");
     }
-    const double n = sensor.sampleCount;
-    const Vector mean = sensor.sumOfValues / n;
+    const auto [mean, deviation] = faceUpStatistics(sensor);
     sensor.report.addVector(mean, "Averages", "The measured averages of the calibration process");
     sensor.report.addVector(sensor.expectedFaceUp, "ExpectedAverages",
                             "The averages that are expected at a perfectly calibrated system");
-    const Vector deviation =
-        sqrtValues(absValues(sensor.sumOfSquares / n - elementProduct(mean, mean)));
     // What the raw reading shows against what the firmware's own matrix would give.
     const Vector offset = mean - sensor.reversal.reverseMatrix * sensor.expectedFaceUp;
     sensor.report.addVector(offset, "Offset", "The calculated offset of the sensor");
     sensor.report.addVector(deviation, "StandardDeviation",
                             "The standard deviation of the sampled sensor data");
-    sensor.report.addVector(sensor.sumOfValues / n - offset, "CalibratedAverages",
+    sensor.report.addVector(mean - offset, "CalibratedAverages",
                             "Measured averages after applying the calculated calibration");
     sensor.offsetVector = offset;
     sensor.noiseVector = deviation;

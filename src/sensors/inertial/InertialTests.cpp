@@ -8,9 +8,12 @@
 #include "numerics/TextForms.h"
 #include "numerics/Vector.h"
 #include "platform/Console.h"
-#include "sensors/inertial/Assertions.h"
+#include "sensors/inertial/AxisMapping.h"
 #include "sensors/inertial/InertialSensor.h"
+#include "sensors/inertial/StageStatistics.h"
+#include "sensors/model/Assertions.h"
 #include "sensors/model/RunContext.h"
+#include "sensors/model/SensorTest.h"
 #include "vocabulary/SensorTypes.h"
 #include "vocabulary/TestingConfig.h"
 
@@ -18,24 +21,36 @@ namespace tavocal {
 
 namespace {
 
-constexpr double kWrongAxisAngle = 0.7853981633974483;  // 45 degrees
+constexpr TestTexts kMean = {"mean",
+                             std::nullopt,
+                             "Average",
+                             "The measured averages",
+                             "ExpectedAverage",
+                             "The averages that are expected at a perfectly calibrated system"};
+constexpr TestTexts kNoise = {"noise",
+                              std::nullopt,
+                              "StandardDeviation",
+                              "The measured noise",
+                              "ExpectedDeviation",
+                              "noise that is expected at a perfectly calibrated system"};
+constexpr TestTexts kFaceUpNoise = {
+    "noise",          std::nullopt, "StandardDeviation",
+    "measured noise", "Expected",   "noise expected at a perfectly calibrated system"};
 
-void addVerdict(SensorReport& report, bool passed) {
-    report.addComment(passed ? ": PASSED" : " FAILED");
-}
-
-void addThreshold(SensorReport& report, double threshold) {
-    report.addAttributed("threshold", "", fixedText(threshold));
-}
+constexpr const char* kSpikes = "spikes";
 
 // One stage of TestAverage, with the limits that apply to it.
 struct StageTest {
     InertialSensor& sensor;
+    SensorTest& test;
     int stage;
-    std::string stem;
     double averageLimit;
     double noiseLimit;
     double spikeLimit;
+
+    std::string stem() const {
+        return "motionless " + sensor.getDisplayName() + " step " + std::to_string(stage);
+    }
 
     Vector mean() const { return row(sensor.stageMeans, stage); }
 
@@ -44,157 +59,117 @@ struct StageTest {
         return sensor.name == kGyroscopeName ? Vector(3) : sensor.expectedRow(stage);
     }
 
-    bool testMean() const {
-        const bool passed =
-            assertVector(mean(), expected(), stem + " Mean value test", "", averageLimit);
-        sensor.report.addVector(mean(), "Average", "The measured averages");
-        sensor.report.addVector(expected(), "ExpectedAverage",
-                                "The averages that are expected at a perfectly calibrated system");
-        addThreshold(sensor.report, averageLimit);
-        addVerdict(sensor.report, passed);
-        return passed;
+    void testMean() const {
+        const Judgement judgement =
+            assertVector(mean(), expected(), stem() + " Mean value test", "", averageLimit);
+        if (!test.judge(judgement, kMean) && readsWrongAxis()) {
+            test.suspectWrongAxis();
+        }
     }
 
     // The right size along a wrong axis.
     bool readsWrongAxis() const {
-        return sensor.name != kGyroscopeName && angleBetween(expected(), mean()) >= kWrongAxisAngle;
+        return sensor.name != kGyroscopeName && pointsAlongWrongAxis(mean(), expected());
     }
 
-    bool testNoise() const {
-        const Vector deviation = row(sensor.stageStds, stage);
-        const bool passed =
-            assertVector(deviation, Vector(3), stem + " Std value test", "", noiseLimit);
-        sensor.report.addVector(deviation, "StandardDeviation", "The measured noise");
-        sensor.report.addVector(Vector(3), "ExpectedDeviation",
-                                "noise that is expected at a perfectly calibrated system");
-        addThreshold(sensor.report, noiseLimit);
-        addVerdict(sensor.report, passed);
-        return passed;
+    void testNoise() const {
+        test.judge(assertVector(row(sensor.stageStds, stage), Vector(3), stem() + " Std value test",
+                                "", noiseLimit),
+                   kNoise);
     }
 
-    bool testSpikes() const {
+    void testSpikes() const {
         const int allowed = testingConfig().max_spikes_allowed;
         const int count = sensor.countSpikes(stage, spikeLimit);
-        const bool passed = assertSpikes(count, allowed, stem);
-        sensor.report.addAttributed("spikes", "The measured spikes number", std::to_string(count));
-        addThreshold(sensor.report, spikeLimit);
-        sensor.report.addAttributed("allowed:", "", std::to_string(allowed));
-        addVerdict(sensor.report, passed);
-        return passed;
+        const Judgement judgement = assertSpikes(count, allowed, stem());
+        SensorReport& report = sensor.report;
+        report.addAttributed(kSpikes, "The measured spikes number", std::to_string(count));
+        report.addAttributed("threshold", "", fixedText(spikeLimit));
+        report.addAttributed("allowed:", "", std::to_string(allowed));
+        test.judgeReported(judgement, kSpikes, kSpikes);
     }
 };
 
 // ---- Face up ----
 
-struct FaceUpStatistics {
-    Vector mean;
-    Vector deviation;
-};
-
-FaceUpStatistics faceUpStatistics(const InertialSensor& sensor) {
-    const double n = sensor.sampleCount;
-    const Vector mean = sensor.sumOfValues / n;
-    return {mean, sqrtValues(absValues(sensor.sumOfSquares / n - elementProduct(mean, mean)))};
+// The limit holds for each element by itself, and every element counts.
+Judgement judgeElements(const Vector& measured, const Vector& expected, double limit) {
+    Judgement judgement = acceptedUpTo({}, largestMagnitude(measured - expected), limit);
+    judgement.measured = measured;
+    judgement.expected = expected;
+    const Vector difference = measured - expected;
+    judgement.passed = std::all_of(difference.begin(), difference.end(),
+                                   [limit](double d) { return std::abs(d) <= limit; });
+    return judgement;
 }
 
-bool testFaceUpNoise(InertialSensor& sensor, const Vector& deviation) {
+void testFaceUpNoise(InertialSensor& sensor, SensorTest& test, const Vector& deviation) {
     static constexpr const char* kAxes[] = {"X", "Y", "Z"};
-    const auto* const bad =
-        std::find_if(deviation.begin(), deviation.end(),
-                     [&sensor](double axis) { return !(axis <= sensor.noiseLimit); });
-    const bool passed = bad == deviation.end();
-    if (!passed) {
+    const Judgement judgement = judgeElements(deviation, Vector(3), sensor.noiseLimit);
+    if (!judgement.passed) {
+        const auto* const bad = std::find_if(deviation.begin(), deviation.end(), [&](double axis) {
+            return !(axis <= judgement.highest);
+        });
         platform::Console::instance().write(
             "[Failure] Noise on " + sensor.name + " sensor exceeded the threshold on axis:" +
             kAxes[bad - deviation.begin()] + "\nNoise: " + fixedText(*bad) +
-            " , maximum allowed is " + fixedText(sensor.noiseLimit) + "\n");
+            " , maximum allowed is " + fixedText(judgement.highest) + "\n");
     }
-    sensor.report.addVector(deviation, "StandardDeviation", "measured noise");
-    sensor.report.addVector(Vector(3), "Expected",
-                            "noise expected at a perfectly calibrated system");
-    addThreshold(sensor.report, sensor.noiseLimit);
-    addVerdict(sensor.report, passed);
-    return passed;
+    test.judge(judgement, kFaceUpNoise);
 }
 
-bool testFaceUpSpikes(InertialSensor& sensor, const Vector& mean) {
+void testFaceUpSpikes(InertialSensor& sensor, SensorTest& test, const Vector& mean) {
     const int allowed = testingConfig().max_spikes_allowed;
     const auto count = std::count_if(
         sensor.bufferedData.begin(), sensor.bufferedData.end(), [&](const Sample& sample) {
             return largestMagnitude(mean - sample.values) > sensor.spikeLimit;
         });
-    const bool passed = count <= allowed;
-    if (!passed) {
+    const Judgement judgement = acceptedUpTo({}, static_cast<double>(count), allowed);
+    if (!judgement.passed) {
         platform::Console::instance().write("[Failure] Spikes number detected on " + sensor.name +
                                             " is above allowed threshold of " +
                                             std::to_string(allowed) + "\n");
     }
-    sensor.report.addComment(std::string("spikes test: ") + (passed ? "PASSED" : "FAILED"));
-    return passed;
+    test.judgeReported(judgement, kSpikes, "spikes test",
+                       {"spikes test: PASSED", "spikes test: FAILED"});
 }
 
-bool testFaceUpAverage(InertialSensor& sensor, const Vector& mean) {
-    const Vector difference = mean - sensor.expectedFaceUp;
-    const bool passed = std::all_of(difference.begin(), difference.end(), [&sensor](double d) {
-        return std::abs(d) <= sensor.averageLimit;
-    });
-    if (!passed) {
+void testFaceUpAverage(InertialSensor& sensor, SensorTest& test, const Vector& mean) {
+    const Judgement judgement = judgeElements(mean, sensor.expectedFaceUp, sensor.averageLimit);
+    if (!judgement.passed) {
         platform::Console::instance().write(
             "[Failure] Average value error in " + sensor.name + " above allowed threshold " +
-            fixedText(sensor.averageLimit) + "\nResults:  " + alignedRow(mean) +
-            "Expected: " + alignedRow(sensor.expectedFaceUp));
+            fixedText(judgement.highest) + "\nResults:  " + alignedRow(judgement.measured) +
+            "Expected: " + alignedRow(judgement.expected));
     }
-    sensor.report.addVector(mean, "Average", "The measured averages");
-    sensor.report.addVector(sensor.expectedFaceUp, "ExpectedAverage",
-                            "The averages that are expected at a perfectly calibrated system");
-    addThreshold(sensor.report, sensor.averageLimit);
-    addVerdict(sensor.report, passed);
-    return passed;
+    test.judge(judgement, kMean);
 }
 
 }  // namespace
 
 bool TestAverage(InertialSensor& sensor, double averageLimit, double noiseLimit,
                  double spikeLimit) {
-    bool pass = true;
-    bool suspect = false;
+    SensorTest test(sensor, "Performing_TestAverage");
     const int stageCount = sensor.run().stageCount();
-    sensor.report.beginSubtree("Performing_TestAverage");
     for (int i = 0; i < stageCount; ++i) {
-        sensor.report.addComment("step " + std::to_string(i));
+        test.beginStep("step", i);
         const bool handHeld = i != 0 && i != stageCount - 1;
         const double f = handHeld ? testingConfig().hand_held_motionless_factor : 1.0;
-        const StageTest test{sensor,
-                             i,
-                             "motionless " + sensor.getDisplayName() + " step " + std::to_string(i),
-                             averageLimit * f,
-                             noiseLimit * f,
-                             spikeLimit * f};
-        const bool meanPassed = test.testMean();
-        suspect = suspect || (!meanPassed && test.readsWrongAxis());
-        const bool noisePassed = test.testNoise();
-        const bool spikesPassed = test.testSpikes();
-        pass = pass && meanPassed && noisePassed && spikesPassed;
+        const StageTest stage{sensor, test, i, averageLimit * f, noiseLimit * f, spikeLimit * f};
+        stage.testMean();
+        stage.testNoise();
+        stage.testSpikes();
     }
-    sensor.report.endSubtree();
-    if (suspect) {
-        sensor.run().addFailure(1, sensor.getDisplayName());
-    } else if (!pass) {
-        sensor.run().addFailure(0, sensor.getDisplayName());
-    }
-    return pass;
+    return test.finish();
 }
 
 bool faceUpTest(InertialSensor& sensor) {
+    SensorTest test(sensor, "FaceUpTest", false);
     const FaceUpStatistics statistics = faceUpStatistics(sensor);
-    const bool noisePassed = testFaceUpNoise(sensor, statistics.deviation);
-    const bool spikesPassed = testFaceUpSpikes(sensor, statistics.mean);
-    const bool averagePassed = testFaceUpAverage(sensor, statistics.mean);
-    const bool pass = noisePassed && spikesPassed && averagePassed;
-    if (!pass) {
-        sensor.run().addFailure(0, sensor.getDisplayName());
-    }
-    return pass;
+    testFaceUpNoise(sensor, test, statistics.deviation);
+    testFaceUpSpikes(sensor, test, statistics.mean);
+    testFaceUpAverage(sensor, test, statistics.mean);
+    return test.finish();
 }
 
 }  // namespace tavocal

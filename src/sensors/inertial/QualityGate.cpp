@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <numeric>
+#include <utility>
 #include <vector>
 
 #include "base/Failures.h"
@@ -22,25 +25,25 @@ namespace {
 constexpr const char* kLogName = "InertialSensor::checkSuccess";
 constexpr double kSmallestDeterminant = 0.1;
 
-bool allFinite(const double* values, int count) {
-    return std::all_of(values, values + count, [](double value) { return std::isfinite(value); });
-}
-
-bool allFinite(const Matrix& matrix) {
-    return allFinite(matrix.data(), matrix.rows() * matrix.cols());
-}
+constexpr const char* kOffsetTooHigh = "Calculated offset is too high.\n";
+constexpr const char* kScaleTooHigh = "Calculated scale is too high.\n";
+constexpr const char* kRotationTooHigh = "Calculated rotation is too high.\n";
+constexpr const char* kErrorTooHigh = "Expected error vs calibrated is too high.\n";
 
 std::vector<double> asList(const Vector& vector) {
     return {vector.begin(), vector.end()};
 }
 
-bool irreversible(const Matrix& matrix) {
-    return std::abs(determinant(matrix)) < kSmallestDeterminant;
+// The largest; -inf if there is no number.
+template <typename Values>
+double largestOf(const Values& values) {
+    return std::accumulate(values.begin(), values.end(), -std::numeric_limits<double>::infinity(),
+                           [](double a, double b) { return std::fmax(a, b); });
 }
 
 }  // namespace
 
-QualityGate::QualityGate(InertialSensor& judged) : sensor(judged) {}
+QualityGate::QualityGate(InertialSensor& judged) : sensor(judged), verdict(judged, "Calibration") {}
 
 void QualityGate::open(const Matrix& means) {
     TAVOCAL_LOG(Insane, kLogName, "Started InertialSensor::checkSuccess");
@@ -55,6 +58,8 @@ void QualityGate::open(const Matrix& means) {
 }
 
 void QualityGate::close() {
+    sensor.calibrationFailed = verdict.failed();
+    sensor.failureReason = verdict.reasons();
     if (sensor.calibrationFailed) {
         throw CalibrationException("Calibration failed for sensor " + sensor.getDisplayName() +
                                    ". Reason: " + sensor.failureReason);
@@ -63,22 +68,13 @@ void QualityGate::close() {
     TAVOCAL_LOG(Insane, kLogName, "Finished InertialSensor::checkSuccess");
 }
 
-// The report names the first failure, the reason lists them all.
-void QualityGate::fail(const std::string& parameter, const std::string& text) {
-    if (!sensor.calibrationFailed) {
-        sensor.report.setAttribute("FailureParameter", parameter);
-    }
-    sensor.calibrationFailed = true;
-    sensor.failureReason += text;
-}
-
 // ---- The full gate ----
 
 void QualityGate::checkSuccessGate() {
     open(sensor.stageMeans);
-    if (largestMagnitude(sensor.offsetVector) > sensor.limits.offsetLimit) {
-        fail("Offset1", "Calculated offset is too high.\n");
-    }
+    verdict.judge(refusedAbove("offset", largestMagnitude(sensor.offsetVector),
+                               sensor.limits.offsetLimit, sensor.offsetVector),
+                  "Offset1", kOffsetTooHigh, sensor.samplingUnit);
     checkScaleAndRotation();
 
     const int count = sensor.stillStageCount;
@@ -92,10 +88,16 @@ void QualityGate::checkSuccessGate() {
         rows += compactRow(c);
     }
     reportCalibrated(rows, count);
-    checkNorms(norms, error / count);
-    if (largestMagnitude(sensor.noiseVector) > sensor.limits.whiteNoiseLimit) {
-        fail("White Noise", "Calculated white noise is too high.\n");
-    }
+    sensor.report.addVector(
+        norms, "NormSTD",
+        "The calculated norm standard deviation of the sensor during the calibration");
+    verdict.judge(refusedAbove("spread of the lengths", stdDev(asList(norms)),
+                               sensor.limits.normStdLimit, norms),
+                  "norm standard deviation", "Calculated norm standard deviation is too high.\n",
+                  unitOfMeans());
+    verdict.judge(refusedAbove("mean error", error / count, sensor.limits.expectedErrorLimit),
+                  "expected error vs calibrated", kErrorTooHigh, unitOfMeans());
+    checkNoise(largestMagnitude(sensor.noiseVector), "White Noise");
     checkReversibility();
     checkMeanNorm(norms);
     checkFinite();
@@ -104,61 +106,50 @@ void QualityGate::checkSuccessGate() {
 
 void QualityGate::checkScaleAndRotation() {
     const SvdResult s = svd(sensor.scaleMatrix);
-    bool tooHigh = false;
-    for (int i = 0; i < 3; ++i) {
-        tooHigh = tooHigh || std::abs(s.singular[i][i] - 1.0) > sensor.limits.scaleLimit;
-    }
-    if (tooHigh) {
-        fail("Scale", "Calculated scale is too high.\n");
-    }
+    const Vector deviations{std::abs(s.singular[0][0] - 1.0), std::abs(s.singular[1][1] - 1.0),
+                            std::abs(s.singular[2][2] - 1.0)};
+    verdict.judge(
+        refusedAbove("scale", largestOf(deviations), sensor.limits.scaleLimit, deviations), "Scale",
+        kScaleTooHigh);
     const Matrix rotation = s.left * transpose(s.right);
     const double angle = convertUnit(norm(rotationVector(rotation)), Unit::radian, Unit::degree);
-    if (angle > sensor.limits.rotationLimit) {
-        fail("Rotation", "Calculated rotation is too high.\n");
-    }
+    verdict.judge(refusedAbove("rotation", angle, sensor.limits.rotationLimit), "Rotation",
+                  kRotationTooHigh, Unit::degree);
 }
 
-void QualityGate::checkNorms(const Vector& norms, double meanError) {
-    sensor.report.addVector(
-        norms, "NormSTD",
-        "The calculated norm standard deviation of the sensor during the calibration");
-    if (stdDev(asList(norms)) > sensor.limits.normStdLimit) {
-        fail("norm standard deviation", "Calculated norm standard deviation is too high.\n");
-    }
-    if (meanError > sensor.limits.expectedErrorLimit) {
-        fail("expected error vs calibrated", "Expected error vs calibrated is too high.\n");
-    }
+void QualityGate::checkNoise(double noise, const char* parameter) {
     sensor.report.addVector(sensor.noiseVector, "WhiteNoise",
                             "The calculated white noise of the sensor during the calibration");
+    verdict.judge(
+        refusedAbove("white noise", noise, sensor.limits.whiteNoiseLimit, sensor.noiseVector),
+        parameter, "Calculated white noise is too high.\n", sensor.samplingUnit);
 }
 
 void QualityGate::checkReversibility() {
-    if (irreversible(sensor.axisMapping)) {
-        fail("AxisMapping", "Irreversible axis mapping matrix created.\n");
-    }
-    if (irreversible(sensor.scaleMatrix)) {
-        fail("scale", "Irreversible scale matrix created.\n");
-    }
+    verdict.judge(refusedBelow("determinant of the axis mapping",
+                               std::abs(determinant(sensor.axisMapping)), kSmallestDeterminant),
+                  "AxisMapping", "Irreversible axis mapping matrix created.\n");
+    verdict.judge(refusedBelow("determinant of the scale",
+                               std::abs(determinant(sensor.scaleMatrix)), kSmallestDeterminant),
+                  "scale", "Irreversible scale matrix created.\n");
 }
 
 void QualityGate::checkMeanNorm(const Vector& norms) {
     const double m = mean(asList(norms));
-    if (m < sensor.limits.expectedNorm - sensor.limits.normTolerance) {
-        fail("norm variance", "Calculated norm value is too low.\n");
-    }
-    if (m > sensor.limits.expectedNorm + sensor.limits.normTolerance) {
-        fail("norm variance", "Calculated norm value is too high.\n");
-    }
+    const double lowest = sensor.limits.expectedNorm - sensor.limits.normTolerance;
+    const double highest = sensor.limits.expectedNorm + sensor.limits.normTolerance;
+    verdict.judge(
+        refusedOutside("mean length", m, lowest, highest, norms), "norm variance",
+        m < lowest ? "Calculated norm value is too low.\n" : "Calculated norm value is too high.\n",
+        unitOfMeans());
 }
 
-// Every comparison with a NaN is false, so none of the other checks refuses one. A mean that is
-// none would make them all pass, however good the rest is.
+// A mean that is no number would make all other checks pass, however good the rest is.
 void QualityGate::checkFinite() {
-    if (!allFinite(sensor.offsetVector.data(), sensor.offsetVector.size()) ||
-        !allFinite(sensor.scaleMatrix) || !allFinite(sensor.axisMapping) ||
-        !allFinite(sensor.stageMeans)) {
-        fail("Not finite", "Calculated calibration is not finite.\n");
-    }
+    verdict.judgeFinite(
+        countNotFinite(sensor.offsetVector) + countNotFinite(flattened(sensor.scaleMatrix)) +
+        countNotFinite(flattened(sensor.axisMapping)) +
+        countNotFinite(flattened(sensor.stageMeans)) + countNotFinite(sensor.noiseVector));
 }
 
 void QualityGate::reportCalibrated(const std::string& rows, int count) {
@@ -171,11 +162,9 @@ void QualityGate::reportCalibrated(const std::string& rows, int count) {
 
 void QualityGate::checkSuccess(const Matrix& means) {
     open(means);
-    if (std::any_of(sensor.offsetVector.begin(), sensor.offsetVector.end(), [this](double offset) {
-            return std::abs(offset) > sensor.limits.offsetLimit;
-        })) {
-        fail("Offset2", "Calculated offset is too high.\n");
-    }
+    verdict.judge(refusedAbove("offset", largestOf(absValues(sensor.offsetVector)),
+                               sensor.limits.offsetLimit, sensor.offsetVector),
+                  "Offset2", kOffsetTooHigh, sensor.samplingUnit);
     checkScaleElements();
 
     double sum1 = 0.0;
@@ -193,53 +182,65 @@ void QualityGate::checkSuccess(const Matrix& means) {
     }
     reportCalibrated(rows, n);
     const double v = std::sqrt((sum2 - sum1 * sum1 / n) / n);
-    sensor.report.addAttributed("NormVariance",
-                                "The calculated norm variance of the sensor during the calibration",
-                                fixedText(v));
-    if (v > sensor.limits.normStdLimit) {
-        fail("Norm variance", "Calculated norm variance is too high.\n");
-    }
-    if (error / n > sensor.limits.expectedErrorLimit) {
-        fail("expected error", "Expected error vs calibrated is too high.\n");
-    }
-    sensor.report.addVector(sensor.noiseVector, "WhiteNoise",
-                            "The calculated white noise of the sensor during the calibration");
-    if (std::any_of(sensor.noiseVector.begin(), sensor.noiseVector.end(),
-                    [this](double noise) { return noise > sensor.limits.whiteNoiseLimit; })) {
-        fail("Noise", "Calculated white noise is too high.\n");
-    }
-    if (irreversible(sensor.scaleMatrix) || irreversible(sensor.axisMapping)) {
-        fail("Axis Mapping", "Irreversible matrix created");
-    }
+    sensor.report.addScalar(v, "NormVariance",
+                            "The calculated norm variance of the sensor during the calibration");
+    verdict.judge(refusedAbove("spread of the lengths", v, sensor.limits.normStdLimit),
+                  "Norm variance", "Calculated norm variance is too high.\n", unitOfMeans());
+    verdict.judge(refusedAbove("mean error", error / n, sensor.limits.expectedErrorLimit),
+                  "expected error", kErrorTooHigh, unitOfMeans());
+    checkNoise(largestOf(sensor.noiseVector), "Noise");
+    verdict.judge(refusedBelow("determinants of scale and axis mapping",
+                               std::fmin(std::abs(determinant(sensor.scaleMatrix)),
+                                         std::abs(determinant(sensor.axisMapping))),
+                               kSmallestDeterminant),
+                  "Axis Mapping", "Irreversible matrix created");
     checkFinite();
     close();
 }
 
-// Here rotationLimit bounds the elements off the diagonal.
+// Here rotationLimit bounds the elements off the diagonal. The reasons stand in the order in which
+// the elements, row by row, show them.
 void QualityGate::checkScaleElements() {
-    bool scaleFailed = false;
-    bool rotationFailed = false;
+    std::vector<double> scales;
+    std::vector<double> rotations;
+    bool rotationFirst = false;
     for (int r = 0; r < 3; ++r) {
         for (int c = 0; c < 3; ++c) {
             const double element = sensor.scaleMatrix[r][c];
-            if (r == c && !scaleFailed && std::abs(element - 1.0) > sensor.limits.scaleLimit) {
-                scaleFailed = true;
-                fail("Scale", "Calculated scale is too high.\n");
-            }
-            if (r != c && !rotationFailed && std::abs(element) > sensor.limits.rotationLimit) {
-                rotationFailed = true;
-                fail("Rotation", "Calculated rotation is too high.\n");
+            if (r == c) {
+                scales.push_back(std::abs(element - 1.0));
+            } else {
+                rotations.push_back(std::abs(element));
+                rotationFirst = rotationFirst || (rotations.back() > sensor.limits.rotationLimit &&
+                                                  !(largestOf(scales) > sensor.limits.scaleLimit));
             }
         }
     }
+    const auto judgeScale = [&] {
+        verdict.judge(refusedAbove("scale", largestOf(scales), sensor.limits.scaleLimit), "Scale",
+                      kScaleTooHigh);
+    };
+    if (!rotationFirst) {
+        judgeScale();
+    }
+    verdict.judge(refusedAbove("elements off the diagonal", largestOf(rotations),
+                               sensor.limits.rotationLimit),
+                  "Rotation", kRotationTooHigh);
+    if (rotationFirst) {
+        judgeScale();
+    }
 }
 
-// A gyroscope's means are turns, from which the offset has been taken already.
+// The offset has been taken from a gyroscope's turns already.
 Vector QualityGate::calibrated(const Vector& mean) const {
     if (sensor.name == kGyroscopeName) {
         return (sensor.scaleMatrix * sensor.axisMapping) * mean;
     }
     return sensor.calibratedVector(mean);
+}
+
+Unit QualityGate::unitOfMeans() const {
+    return sensor.name == kGyroscopeName ? Unit::degree : sensor.samplingUnit;
 }
 
 }  // namespace tavocal

@@ -4,6 +4,7 @@
 
 #include "numerics/Matrix.h"
 #include "numerics/Vector.h"
+#include "sensors/model/Verdict.h"
 
 namespace tavocal {
 
@@ -27,18 +28,20 @@ class QualityGate {
   private:
     void open(const Matrix& means);
     void close();
-    void fail(const std::string& parameter, const std::string& text);
 
     void checkScaleAndRotation();
     void checkScaleElements();
-    void checkNorms(const Vector& norms, double meanError);
     void checkMeanNorm(const Vector& norms);
+    void checkNoise(double noise, const char* parameter);
     void checkReversibility();
     void checkFinite();
     void reportCalibrated(const std::string& rows, int count);
     Vector calibrated(const Vector& mean) const;
+    // A gyroscope's means are turns.
+    Unit unitOfMeans() const;
 
     InertialSensor& sensor;
+    Verdict verdict;
 };
 
 }  // namespace tavocal

@@ -41,7 +41,7 @@ std::shared_ptr<double> sharedSampleInterval() {
 AmbientLight::AmbientLight(const LUID& identity)
     : Sensor(identity), meanSampleInterval(sharedSampleInterval()) {
     name = kAmbientLightName;
-    sensorKind = kAmbientLightKind;
+    sensorKind = SensorKind::AmbientLight;
     samplingUnit = Unit::lux;
     firmwareUnit = Unit::lux;
     rawDivisor = 1000;
@@ -167,25 +167,44 @@ void AmbientLight::calibrate() {
 }
 
 double AmbientLight::stageMultiplier(const std::vector<int>& segments, std::size_t stage) {
-    const int level = lightLevels[stage];
-    const std::string levelText = std::to_string(level);
-    const std::string comment = "Calculated multiplier for light level " + levelText;
-    const double avg = stageMean(segments, stage);
-    TAVOCAL_LOG(Debug, "AmbientLight::calibrate", "avg is " + fixedText(avg));
-    if (avg == 0.0) {
-        report.addAttributed("Multiplier", comment, "", "MeasuredAverage", "0", "ExpectedAverage",
-                             levelText);
-        throw CalibrationException("Invalid light level of 0 was measured");
+    const Judgement judgement = judgeStage(stageMean(segments, stage), stage);
+    reportStage(judgement);
+    run().judged(judgement);
+    if (!judgement.passed) {
+        throw CalibrationException(judgement.reason);
     }
-    const double m = level / avg;
-    platform::Console::instance().write("Stage " + std::to_string(stage + 1) + " multiplier is " +
-                                        fixedText(m) + "\n");
-    report.addAttributed("Multiplier", comment, fixedText(m), "MeasuredAverage", fixedText(avg),
-                         "ExpectedAverage", levelText);
-    if (!(m >= 0.0 && m <= kLargestMultiplier)) {
-        throw CalibrationException("Invalid multiplier " + fixedText(m) + " was calculated");
+    return judgement.value;
+}
+
+Judgement AmbientLight::judgeStage(double average, std::size_t stage) const {
+    TAVOCAL_LOG(Debug, "AmbientLight::calibrate", "avg is " + fixedText(average));
+    const double level = lightLevels[stage];
+    Judgement judgement = acceptedWithin("multiplier", level / average, 0.0, kLargestMultiplier);
+    judgement.sensor = getDisplayName();
+    judgement.check = "Calibration";
+    judgement.stage = static_cast<int>(stage);
+    judgement.measured = {average};
+    judgement.expected = {level};
+    judgement.parameter = "Multiplier";
+    judgement.reason = average == 0.0
+                           ? "Invalid light level of 0 was measured"
+                           : "Invalid multiplier " + fixedText(judgement.value) + " was calculated";
+    return judgement;
+}
+
+// In the dark there is no multiplier to tell.
+void AmbientLight::reportStage(const Judgement& judgement) {
+    const bool dark = judgement.measured[0] == 0.0;
+    const std::string multiplierText = dark ? "" : fixedText(judgement.value);
+    const std::string averageText = dark ? "0" : fixedText(judgement.measured[0]);
+    const std::string levelText = std::to_string(static_cast<int>(judgement.expected[0]));
+    if (!dark) {
+        platform::Console::instance().write("Stage " + std::to_string(judgement.stage + 1) +
+                                            " multiplier is " + multiplierText + "\n");
     }
-    return m;
+    report.addAttributed(judgement.parameter, "Calculated multiplier for light level " + levelText,
+                         multiplierText, "MeasuredAverage", averageText, "ExpectedAverage",
+                         levelText);
 }
 
 double AmbientLight::stageMean(const std::vector<int>& segments, std::size_t stage) const {
@@ -217,9 +236,8 @@ CalibrationBlock AmbientLight::calibratedBlock() const {
 
 CalibrationBlock AmbientLight::prependFormat(const CalibrationBlock& body) {
     TAVOCAL_LOG(Insane, "prependFormat", "Started AmbientLight::prependFormat");
-    CalibrationBlock block(2 + body.size());
-    block[0] = kLightFormatId;
-    std::copy(body.begin(), body.end(), block.begin() + 2);
+    CalibrationBlock block = blockHead(kLightFormatId, 0);
+    block.insert(block.end(), body.begin(), body.end());
     return block;
 }
 

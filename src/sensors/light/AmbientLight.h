@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "sensors/model/Sensor.h"
+#include "vocabulary/Judgement.h"
 
 namespace tavocal {
 
@@ -73,6 +74,8 @@ class AmbientLight : public Sensor {
     bool answerHasCome(double value);
     void foldNewestInterval();
     double stageMultiplier(const std::vector<int>& segments, std::size_t stage);
+    Judgement judgeStage(double average, std::size_t stage) const;
+    void reportStage(const Judgement& judgement);
     double stageMean(const std::vector<int>& segments, std::size_t stage) const;
     void reportResult();
     CalibrationBlock calibratedBlock() const;

@@ -5,87 +5,30 @@
 #include <cmath>
 #include <limits>
 #include <string>
+#include <utility>
 
 #include "base/Failures.h"
 #include "base/Text.h"
 #include "log/Logger.h"
+#include "numerics/Rotations.h"
 #include "numerics/Statistics.h"
+#include "sensors/magnetic/OperatorMovement.h"
 #include "sensors/magnetic/SampleCloud.h"
+#include "sensors/model/RunContext.h"
 #include "sensors/model/Sensor.h"
+#include "sensors/model/Verdict.h"
 
 namespace tavocal {
 
 namespace {
 
-constexpr double kMagMotionThres_rotation = 400.0;
-constexpr double kBeginEndDifferenceThres_rotation = 100.0;
-constexpr double kMagMovementThres_testPhase_min = 10.0;
-constexpr double kMagMovementThres_testPhase_max = 40.0;
-constexpr double kBeginEndDifferenceThres_testPhase = 100.0;
 constexpr double kEllipsoidErrorLimit = 0.05;
 constexpr double kDipAngleDeviationLimit = 3.5;
 constexpr double kDipAngleRangeLimit = 17.0;
-constexpr double kDegreesPerRadian = 57.29577951308232;
 
+constexpr const char* kCheckName = "MagneticEnvironment";
+constexpr const char* kFitError = "error of the ellipsoid fit";
 constexpr const char* kFitName = "Magnetometer::findFit";
-
-// The largest value less the smallest; NaN if any value is not finite.
-double axisRange(const std::vector<Sample>& samples, std::size_t first, std::size_t last,
-                 int axis) {
-    double smallest = std::numeric_limits<double>::max();
-    double largest = std::numeric_limits<double>::lowest();
-    for (std::size_t i = first; i <= last; ++i) {
-        const double value = samples[i].values[axis];
-        if (!std::isfinite(value)) {
-            return std::numeric_limits<double>::quiet_NaN();
-        }
-        smallest = std::min(smallest, value);
-        largest = std::max(largest, value);
-    }
-    return largest - smallest;
-}
-
-Vector axisRanges(const std::vector<Sample>& samples, std::size_t first, std::size_t last) {
-    Vector ranges(3);
-    for (int axis = 0; axis < 3; ++axis) {
-        ranges[axis] = axisRange(samples, first, last, axis);
-    }
-    return ranges;
-}
-
-// NaN if any value is.
-double largestOf(const Vector& values) {
-    double largest = values[0];
-    for (const double value : values) {
-        if (value > largest || std::isnan(value)) {
-            largest = value;
-        }
-    }
-    return largest;
-}
-
-// The first of equals; 0 if there is no number.
-int indexOfSmallest(const Vector& values) {
-    int index = 0;
-    double smallest = std::numeric_limits<double>::max();
-    for (int i = 0; i < values.size(); ++i) {
-        if (values[i] < smallest) {
-            smallest = values[i];
-            index = i;
-        }
-    }
-    return index;
-}
-
-// A NaN is not below.
-bool allBelow(const Vector& values, double limit) {
-    return std::all_of(values.begin(), values.end(),
-                       [limit](double value) { return value < limit; });
-}
-
-std::string listText(const Vector& values) {
-    return fixedText(values[0]) + ",\n" + fixedText(values[1]) + ",\n" + fixedText(values[2]);
-}
 
 int asIndex(std::uint32_t count) {
     return static_cast<int>(std::min<std::uint32_t>(count, std::numeric_limits<int>::max()));
@@ -113,35 +56,24 @@ double MagneticEnvironment::dipAngle(const Sample& sample) const {
 
 // ---- The operator's movements ----
 
-bool MagneticEnvironment::singleRotation(int first, int last, int& axis) const {
-    constexpr const char* kName = "Magnetometer::checkMagPreTest_singleRotation";
-    Vector range;
-    Vector difference;
-    {
-        const std::lock_guard<std::mutex> lock(dataMutex);
-        const std::vector<Sample>& samples = sensor.bufferedData;
-        const auto end = static_cast<std::size_t>(last);
-        if (first < 0 || last < first || end >= samples.size()) {
-            throw CalibrationException("Index of bufferedData invalid.");
-        }
-        const auto begin = static_cast<std::size_t>(first);
-        range = axisRanges(samples, begin, end);
-        difference = absValues(samples[begin].values - samples[end].values);
+std::vector<Sample> MagneticEnvironment::rotationSamples(int first, int last) const {
+    const std::lock_guard<std::mutex> lock(dataMutex);
+    const std::vector<Sample>& samples = sensor.bufferedData;
+    if (first < 0 || last < first || static_cast<std::size_t>(last) >= samples.size()) {
+        throw CalibrationException("Index of bufferedData invalid.");
     }
-    axis = indexOfSmallest(range);
-    const double largest = largestOf(range);
-    TAVOCAL_LOG(Info, kName, "===== checkMagPreTest_singleRotation =====");
-    TAVOCAL_LOG(Info, kName, "range.Max(): " + fixedText(largest));
-    TAVOCAL_LOG(Info, kName, "magMotionThres_rotation: " + fixedText(kMagMotionThres_rotation));
-    TAVOCAL_LOG(Info, kName, "difference: " + listText(difference));
-    TAVOCAL_LOG(
-        Info, kName,
-        "beginEndDifferenceThres_rotation: " + fixedText(kBeginEndDifferenceThres_rotation));
-    return std::isfinite(largest) && largest > kMagMotionThres_rotation &&
-           allBelow(difference, kBeginEndDifferenceThres_rotation);
+    return {samples.begin() + first, samples.begin() + last + 1};
 }
 
-bool MagneticEnvironment::threeRotations(const std::vector<std::uint32_t>& boundaries) const {
+bool MagneticEnvironment::singleRotation(int first, int last, int& axis) {
+    const OperatorMovement rotation = judgeRotation(rotationSamples(first, last));
+    axis = rotation.axis();
+    record(rotation.extent, "range.Max()");
+    record(rotation.wayBack, "difference");
+    return rotation.followed();
+}
+
+bool MagneticEnvironment::threeRotations(const std::vector<std::uint32_t>& boundaries) {
     constexpr const char* kName = "Magnetometer::checkMagPreTest_threeRotations";
     if (boundaries.size() < 3) {
         throw CalibrationException("Index of bufferedData invalid.");
@@ -151,9 +83,9 @@ bool MagneticEnvironment::threeRotations(const std::vector<std::uint32_t>& bound
     int first = 0;
     for (std::size_t i = 0; i < followed.size(); ++i) {
         const int end = asIndex(boundaries[i]);
-        int axis = 0;
-        followed[i] = singleRotation(first, end - 1, axis);
-        rotated[static_cast<std::size_t>(axis)] = true;
+        const OperatorMovement rotation = judgeRotation(rotationSamples(first, end - 1));
+        followed[i] = rotation.followed();
+        rotated[static_cast<std::size_t>(rotation.axis())] = true;
         first = end;
     }
     const auto report = [](const char* stem, const char* tail, const std::array<bool, 3>& values) {
@@ -164,35 +96,35 @@ bool MagneticEnvironment::threeRotations(const std::vector<std::uint32_t>& bound
     };
     report("rotation", "_followed", followed);
     report("axis", "_rotated", rotated);
-    const auto isTrue = [](bool value) { return value; };
-    return std::all_of(followed.begin(), followed.end(), isTrue) &&
-           std::all_of(rotated.begin(), rotated.end(), isTrue);
+    const auto axes = std::count(rotated.begin(), rotated.end(), true);
+    const Judgement turned = refusedBelow("axes turned about", static_cast<double>(axes), 3.0);
+    record(turned, "axis_rotated");
+    return turned.passed && std::count(followed.begin(), followed.end(), true) == 3;
 }
 
-bool MagneticEnvironment::translation() const {
-    constexpr const char* kName = "Magnetometer::checkMagPreTest_translation";
-    Vector change;
+bool MagneticEnvironment::translation() {
+    Sample first;
+    Sample last;
     {
         const std::lock_guard<std::mutex> lock(dataMutex);
         if (bufferedData_testPhase.empty()) {
             throw CalibrationException("length of bufferedData_testPhase invalid.");
         }
-        change = bufferedData_testPhase.back().values - bufferedData_testPhase.front().values;
+        first = bufferedData_testPhase.front();
+        last = bufferedData_testPhase.back();
     }
-    const double d = norm(change);
-    const Vector difference = absValues(change);
-    TAVOCAL_LOG(Info, kName, "===== checkMagPreTest_translation =====");
-    TAVOCAL_LOG(Info, kName, "(currentPoint - LastData).norm(): " + fixedText(d));
-    TAVOCAL_LOG(Info, kName,
-                "magMovementThres_testPhase_min: " + fixedText(kMagMovementThres_testPhase_min));
-    TAVOCAL_LOG(Info, kName,
-                "magMovementThres_testPhase_max: " + fixedText(kMagMovementThres_testPhase_max));
-    TAVOCAL_LOG(Info, kName, "difference: " + listText(difference));
-    TAVOCAL_LOG(
-        Info, kName,
-        "beginEndDifferenceThres_testPhase: " + fixedText(kBeginEndDifferenceThres_testPhase));
-    return d > kMagMovementThres_testPhase_min && d < kMagMovementThres_testPhase_max &&
-           allBelow(difference, kBeginEndDifferenceThres_testPhase);
+    const OperatorMovement walk = judgeWalk(first, last);
+    record(walk.extent, "norm");
+    record(walk.wayBack, "difference");
+    return walk.followed();
+}
+
+// The report doesn't tell of movements.
+void MagneticEnvironment::record(Judgement judgement, const char* parameter) const {
+    judgement.sensor = sensor.getDisplayName();
+    judgement.check = "OperatorMovement";
+    judgement.parameter = parameter;
+    sensor.run().judged(std::move(judgement));
 }
 
 // ---- The fit ----
@@ -208,17 +140,24 @@ void MagneticEnvironment::findFit(double minSampleSpacing) {
     } catch (const CalibrationException&) {
         throw;
     } catch (const MathException&) {
-        sensor.report.beginSubtree("Magnetic_Environment_Test");
-        sensor.report.setAttribute("FailureParameter", "Ellipsoid");
-        sensor.report.endSubtree();
-        TAVOCAL_LOG(Error, kFitName, "Math exception was thrown when try to calc ellipsoid error");
-        throw CalibrationException(
-            "Failed to calculate ellipsoid fit because of large magnetic interface. Check your "
-            "environment");
+        failFit();
     } catch (const std::exception&) {
         TAVOCAL_LOG(Error, kFitName, "The environment is too noisy for calibrating");
         throw CalibrationException("The environment is too noisy for calibrating");
     }
+}
+
+void MagneticEnvironment::failFit() {
+    Verdict verdict(sensor, kCheckName);
+    sensor.report.beginSubtree("Magnetic_Environment_Test");
+    verdict.judge(
+        acceptedUpTo(kFitError, std::numeric_limits<double>::quiet_NaN(), kEllipsoidErrorLimit),
+        "Ellipsoid",
+        "Failed to calculate ellipsoid fit because of large magnetic interface. Check "
+        "your environment");
+    sensor.report.endSubtree();
+    TAVOCAL_LOG(Error, kFitName, "Math exception was thrown when try to calc ellipsoid error");
+    throw CalibrationException(verdict.reasons());
 }
 
 // Works on a copy of the samples: those that arrive meanwhile don't wait, still count to the
@@ -231,12 +170,10 @@ void MagneticEnvironment::fitRotations(double minSampleSpacing) {
     }
     const std::vector<Sample> cloud = spreadSamples(rotations, minSampleSpacing);
     preTestFit = Ellipsoid(cloud, 1.0);
-    const double error = preTestFit.meanError(cloud, 1.0);
-    sensor.report.addScalar(error, "EllipsoidError", "the error of the ellipsoid fit");
-    if (!(error <= kEllipsoidErrorLimit)) {
-        fail("EllipsoidError",
-             "The environment is not good for calibrating, ellipsoid error is too high");
-    }
+    judge(acceptedUpTo(kFitError, preTestFit.meanError(cloud, 1.0), kEllipsoidErrorLimit),
+          "EllipsoidError", "the error of the ellipsoid fit",
+          "The environment is not good for calibrating, ellipsoid error is too high",
+          Unit::unknown);
 }
 
 // ---- The verdict ----
@@ -250,26 +187,25 @@ void MagneticEnvironment::evaluate() {
     if (angles.empty()) {
         throw CalibrationException("length of bufferedData_testPhase invalid.");
     }
-    const double deviation = stdDev(angles);
-    sensor.report.addScalar(deviation, "Dip Angle STD", "the standard deviation of the dip angles");
-    if (!(deviation <= kDipAngleDeviationLimit)) {
-        fail("Dip Angle STD",
-             "The environment is not good for calibrating, dip angle standard deviation is too "
-             "high");
-    }
+    judge(acceptedUpTo("spread of the dip angle", stdDev(angles), kDipAngleDeviationLimit),
+          "Dip Angle STD", "the standard deviation of the dip angles",
+          "The environment is not good for calibrating, dip angle standard deviation is too high",
+          Unit::degree);
     const auto [smallest, largest] = std::minmax_element(angles.begin(), angles.end());
-    const double range = *largest - *smallest;
-    sensor.report.addScalar(range, "Dip Angle Range", "the range of the dip angles");
-    if (!(range <= kDipAngleRangeLimit)) {
-        fail("Dip Angle Range",
-             "The environment is not good for calibrating, dip angle range is too high");
-    }
+    judge(acceptedUpTo("range of the dip angle", *largest - *smallest, kDipAngleRangeLimit),
+          "Dip Angle Range", "the range of the dip angles",
+          "The environment is not good for calibrating, dip angle range is too high", Unit::degree);
     sensor.report.setAttribute("Success", "true");
 }
 
-void MagneticEnvironment::fail(const char* parameter, const char* message) {
-    sensor.report.setAttribute("FailureParameter", parameter);
-    throw CalibrationException(message);
+void MagneticEnvironment::judge(Judgement judgement, const char* parameter, const char* comment,
+                                const char* reason, Unit unit) {
+    sensor.report.addScalar(judgement.value, parameter, comment);
+    Verdict verdict(sensor, kCheckName);
+    verdict.judge(std::move(judgement), parameter, reason, unit);
+    if (verdict.failed()) {
+        throw CalibrationException(verdict.reasons());
+    }
 }
 
 }  // namespace tavocal

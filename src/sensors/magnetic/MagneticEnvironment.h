@@ -7,6 +7,7 @@
 
 #include "numerics/Sample.h"
 #include "sensors/magnetic/Ellipsoid.h"
+#include "vocabulary/Judgement.h"
 
 namespace tavocal {
 
@@ -17,8 +18,7 @@ class Sensor;
 // device is carried around without being turned. In a uniform field the corrected readings keep
 // their angle to the device's Z axis, the dip angle; a stray field changes it from place to place.
 //
-// The checks tell a bad place from a wrong movement. They log their numbers under the names of the
-// Magnetometer's operations. Fields in milliGauss, angles in degrees.
+// Fields in milliGauss, angles in degrees.
 //
 // Threads: `add` runs on the thread that delivers samples, everything else on the main thread while
 // samples may arrive. dataMutex guards the sensor's bufferedData, bufferedData_testPhase and
@@ -32,13 +32,13 @@ class MagneticEnvironment {
 
     // Whether the samples first to last, both included, show one full turn, and the axis that it
     // went about. Throws CalibrationException "Index of bufferedData invalid.".
-    bool singleRotation(int first, int last, int& axis) const;
+    bool singleRotation(int first, int last, int& axis);
     // Whether three full turns, which end before the three sample counts in `boundaries`, went
     // about three different axes. Throws as singleRotation.
-    bool threeRotations(const std::vector<std::uint32_t>& boundaries) const;
+    bool threeRotations(const std::vector<std::uint32_t>& boundaries);
     // Whether the walk ended near its start, but not in it. Throws CalibrationException "length of
     // bufferedData_testPhase invalid." before the first sample.
-    bool translation() const;
+    bool translation();
 
     // Ends the rotations: findFit, and samples that arrive after it belong to the walk.
     void endRotations(double minSampleSpacing);
@@ -59,8 +59,13 @@ class MagneticEnvironment {
     Ellipsoid preTestFit;
 
   private:
+    std::vector<Sample> rotationSamples(int first, int last) const;
+    void record(Judgement judgement, const char* parameter) const;
     void fitRotations(double minSampleSpacing);
-    void fail(const char* parameter, const char* message);
+    [[noreturn]] void failFit();
+    // Reports a value and its judgement; throws CalibrationException with `reason` if it failed.
+    void judge(Judgement judgement, const char* parameter, const char* comment, const char* reason,
+               Unit unit);
 
     Sensor& sensor;
 };

@@ -6,91 +6,54 @@
 #include <string>
 #include <vector>
 
-#include "base/Text.h"
 #include "log/Logger.h"
+#include "numerics/Rotations.h"
 #include "numerics/Statistics.h"
 #include "numerics/TextForms.h"
-#include "sensors/inertial/Assertions.h"
 #include "sensors/inertial/InertialSensor.h"
 #include "sensors/magnetic/Ellipsoid.h"
+#include "sensors/model/Assertions.h"
 #include "sensors/model/RunContext.h"
 #include "sensors/model/SecondaryMounting.h"
+#include "sensors/model/SensorTest.h"
 #include "vocabulary/TestingConfig.h"
 
 namespace tavocal {
 
 namespace {
 
-constexpr double kDegreesPerRadian = 57.29577951308232;
 constexpr int kHeadings = 4;
 
-// How one test stands in the report.
-struct TestTexts {
-    const char* subtree;
-    const char* measuredName;
-    const char* measuredComment;
-    const char* expectedName;
-    const char* expectedComment;
-};
-
-constexpr TestTexts kMagStd = {"Performing_TestMagSTD", "StandardDeviation", "The measured noise",
+constexpr TestTexts kMagStd = {"noise",
+                               std::nullopt,
+                               "StandardDeviation",
+                               "The measured noise",
                                "ExpectedDeviation",
                                "noise that is expected at a perfectly calibrated system"};
 constexpr TestTexts kStaticValues = {
-    "Performing_TestStaticValues", "StaticValue", "The measured static value",
-    "ExpectedStaticValue", "static value that is expected at a perfectly calibrated system"};
-constexpr TestTexts kMagValues = {"Performing_TestMagValues", "MagnetometerValues",
-                                  "The measured Magnetometer values", "ExpectedValues",
-                                  "Mag values that is expected at a perfectly calibrated system"};
+    "noise of the quietest axis",
+    std::nullopt,
+    "StaticValue",
+    "The measured static value",
+    "ExpectedStaticValue",
+    "static value that is expected at a perfectly calibrated system"};
+constexpr TestTexts kMagValues = {
+    "turns between the stages", Unit::degree,
+    "MagnetometerValues",       "The measured Magnetometer values",
+    "ExpectedValues",           "Mag values that is expected at a perfectly calibrated system"};
 constexpr TestTexts kDirection = {
-    "Performing_TestDirection", "CompassDirection", "The measured compass direction",
+    "headings",
+    Unit::degree,
+    "CompassDirection",
+    "The measured compass direction",
     "ExpectedCompassDirection",
     "compass direction that is expected at a perfectly calibrated system"};
-constexpr TestTexts kMagScale = {"Performing_TestMagScale", "MagScale", "The measured Mag scale",
+constexpr TestTexts kMagScale = {"ratio of the circle's radii",
+                                 Unit::unknown,
+                                 "MagScale",
+                                 "The measured Mag scale",
                                  "ExpectedMagScale",
                                  "Mag scale that is expected at a perfectly calibrated system"};
-
-using VectorAssert = bool (*)(const Vector& measured, const Vector& expected,
-                              const std::string& label, const std::string& note, double threshold);
-
-bool assertSingle(const Vector& measured, const Vector& expected, const std::string& label,
-                  const std::string& note, double threshold) {
-    return assertDouble(measured[0], expected[0], label, note, threshold);
-}
-
-// A test at work: its subtree is open as long as it lives.
-class MagnetometerTest {
-  public:
-    MagnetometerTest(InertialSensor& judged, const TestTexts& reportTexts)
-        : sensor(judged), texts(reportTexts) {
-        sensor.report.beginSubtree(texts.subtree);
-    }
-    MagnetometerTest(const MagnetometerTest&) = delete;
-    MagnetometerTest& operator=(const MagnetometerTest&) = delete;
-    ~MagnetometerTest() { sensor.report.endSubtree(); }
-
-    void judge(VectorAssert passes, const Vector& measured, const Vector& expected,
-               const std::string& label, double threshold) {
-        const bool ok = passes(measured, expected, label, "", threshold);
-        sensor.report.addVector(measured, texts.measuredName, texts.measuredComment);
-        sensor.report.addVector(expected, texts.expectedName, texts.expectedComment);
-        sensor.report.addAttributed("threshold", "", fixedText(threshold));
-        sensor.report.addComment(ok ? ": PASSED" : " FAILED");
-        passed = passed && ok;
-    }
-
-    bool finish() {
-        if (!passed) {
-            sensor.run().addFailure(0, sensor.getDisplayName());
-        }
-        return passed;
-    }
-
-  private:
-    InertialSensor& sensor;
-    const TestTexts& texts;
-    bool passed = true;
-};
 
 // The standard deviation of one axis over the whole run.
 double axisDeviation(const std::vector<Sample>& samples, int axis) {
@@ -162,48 +125,54 @@ Vector calcHeadings(const InertialSensor& sensor, const Vector& center) {
 }
 
 bool TestMagSTD(InertialSensor& sensor) {
-    MagnetometerTest test(sensor, kMagStd);
+    SensorTest test(sensor, "Performing_TestMagSTD");
     for (int i = 0; i < sensor.run().stageCount(); ++i) {
-        const std::string step = "step " + std::to_string(i);
-        sensor.report.addComment(step);
-        test.judge(assertVector, row(sensor.stageStds, i), Vector(3),
-                   "motionless " + sensor.getDisplayName() + " " + step + " Std value test",
-                   testingConfig().mag_Threshold_Noise);
+        test.beginStep("step", i);
+        test.judge(assertVector(row(sensor.stageStds, i), Vector(3),
+                                "motionless " + sensor.getDisplayName() + " step " +
+                                    std::to_string(i) + " Std value test",
+                                "", testingConfig().mag_Threshold_Noise),
+                   kMagStd);
     }
     return test.finish();
 }
 
 bool TestStaticValues(InertialSensor& sensor) {
-    MagnetometerTest test(sensor, kStaticValues);
-    test.judge(assertSingle, {quietestAxis(sensor.bufferedData)}, {0.0},
-               "Magnetometer static values test", testingConfig().mag_Static_Threshold);
+    SensorTest test(sensor, "Performing_TestStaticValues");
+    test.judge(
+        assertDouble(quietestAxis(sensor.bufferedData), 0.0, "Magnetometer static values test", "",
+                     testingConfig().mag_Static_Threshold),
+        kStaticValues);
     return test.finish();
 }
 
 bool TestMagValues(InertialSensor& sensor, const Vector& center) {
-    MagnetometerTest test(sensor, kMagValues);
+    SensorTest test(sensor, "Performing_TestMagValues");
     const Vector h = calcHeadings(sensor, center);
     // The first entry is the turn from the last stage to the first.
     Vector turns = h - Vector{h[3], h[0], h[1], h[2]};
     std::transform(turns.begin(), turns.end(), turns.begin(), wrapped);
-    test.judge(assertAngles, turns, {90.0, 90.0, 90.0, 90.0}, "Magnetometer values test",
-               testingConfig().mag_Threshold_angles);
+    test.judge(assertAngles(turns, {90.0, 90.0, 90.0, 90.0}, "Magnetometer values test", "",
+                            testingConfig().mag_Threshold_angles),
+               kMagValues);
     return test.finish();
 }
 
 bool TestDirection(InertialSensor& sensor, const Vector& center) {
-    MagnetometerTest test(sensor, kDirection);
+    SensorTest test(sensor, "Performing_TestDirection");
     const Vector h = calcHeadings(sensor, center);
     TAVOCAL_LOG(Debug, "Magnetometer::TestDirection", "mag direction is: " + compactRow(h));
-    test.judge(assertAngles, h, {0.0, 90.0, 180.0, 270.0}, "Compass direction test",
-               testingConfig().mag_Threshold_angles);
+    test.judge(assertAngles(h, {0.0, 90.0, 180.0, 270.0}, "Compass direction test", "",
+                            testingConfig().mag_Threshold_angles),
+               kDirection);
     return test.finish();
 }
 
 bool TestMagScale(InertialSensor& sensor, const Ellipsoid& fit) {
-    MagnetometerTest test(sensor, kMagScale);
-    test.judge(assertSingle, {fit.axisGain[1] / fit.axisGain[0]}, {1.0}, "Magnet scale test",
-               testingConfig().mag_scale_Thershold);
+    SensorTest test(sensor, "Performing_TestMagScale");
+    test.judge(assertDouble(fit.axisGain[1] / fit.axisGain[0], 1.0, "Magnet scale test", "",
+                            testingConfig().mag_scale_Thershold),
+               kMagScale);
     return test.finish();
 }
 

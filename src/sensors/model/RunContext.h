@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "base/Failures.h"
+#include "vocabulary/Judgement.h"
 #include "vocabulary/RunTypes.h"
 
 namespace tavocal {
@@ -26,9 +28,11 @@ class RunContext {
     // An operator types each light level, and samples wait for the answer.
     virtual bool isInteractive() const = 0;
 
-    // Records a failed test for the operator's summary. `kind`: 0 CheckCalibration,
-    // 1 CheckAxisMapping. Main thread.
-    virtual void addFailure(int kind, const std::string& sensorName) = 0;
+    // Takes what was judged, passed or failed. Main thread.
+    virtual void judged(Judgement judgement) = 0;
+
+    // Records a failed test for the operator's summary. Main thread.
+    virtual void addFailure(FailureKind kind, const std::string& sensorName) = 0;
 };
 
 }  // namespace tavocal

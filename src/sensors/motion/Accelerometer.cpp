@@ -9,6 +9,7 @@
 #include "numerics/MatrixInverse.h"
 #include "sensors/inertial/FaceUpCalibration.h"
 #include "sensors/model/RunContext.h"
+#include "sensors/model/Verdict.h"
 #include "sensors/motion/ExpectedGravity.h"
 #include "vocabulary/SensorTypes.h"
 #include "vocabulary/TestingConfig.h"
@@ -21,13 +22,6 @@ namespace {
 // of the inverse, and nothing else: four positions determine the system exactly.
 constexpr double kOffsetColumn = 0.001;
 constexpr int kPositions = 4;
-
-double signOf(double value) {
-    if (value == 0.0) {
-        return 0.0;
-    }
-    return value > 0.0 ? 1.0 : -1.0;
-}
 
 }  // namespace
 
@@ -54,16 +48,16 @@ bool Accelerometer::movedFromReference() {
 
 void Accelerometer::setThresholds() {
     const FlowType flow = run().flowType();
-    const bool sixSided = flow == FlowType::Full || flow == FlowType::AccelerometerOnly;
-    limits.whiteNoiseLimit = sixSided ? 0.015 : 0.06;
-    limits.normStdLimit = sixSided ? 0.001 : 0.04;
-    limits.expectedErrorLimit = sixSided ? 0.001 : 0.2;
-    limits.scaleLimit = sixSided ? 0.3 : 0.5;
-    limits.rotationLimit = sixSided ? 5.0 : 0.3;
+    const bool affine = flow == FlowType::Full || flow == FlowType::AccelerometerOnly;
+    limits.whiteNoiseLimit = affine ? 0.015 : 0.06;
+    limits.normStdLimit = affine ? 0.001 : 0.04;
+    limits.expectedErrorLimit = affine ? 0.001 : 0.2;
+    limits.scaleLimit = affine ? 0.3 : 0.5;
+    limits.rotationLimit = affine ? 5.0 : 0.3;
     limits.offsetLimit = 0.3;
     limits.expectedNorm = 1.0;
     limits.normTolerance = 0.02;
-    if (sixSided) {
+    if (affine) {
         defaultNoise = 0.001;
     }
     faceUpStdLimit = 0.05;
@@ -115,7 +109,6 @@ void Accelerometer::calibrateByFlow() {
 void Accelerometer::calibrateFull() {
     computeStageStatistics();
     noiseVector = calcWhiteNoise();
-    replaceMissingNoise();
     solveAffineMap();
     splitAxisMapping(false);
     checkSuccessGate();
@@ -148,7 +141,6 @@ void Accelerometer::solveAffineMap() {
 void Accelerometer::calibrateFourSteps() {
     computeStageStatistics();
     noiseVector = calcWhiteNoise();
-    replaceMissingNoise();
     mapFourStepAxes();
     findFourStepOffset();
     findFourStepScale();
@@ -205,10 +197,9 @@ void Accelerometer::CheckAxisMappingVsOrig() {
     if (!isPrimary()) {
         return;
     }
-    const std::string failure = "Calibration failed for all sensors. ";
     if (originalCalibration.size() < kStaticBlockSize) {
-        report.setAttribute("FailureParameter", "AxisMapping");
-        throw CalibrationException(failure + "Reason: No original axis mapping to compare with.\n");
+        judgeAxisMapping(false, "No original axis mapping to compare with.\n");
+        return;
     }
     const std::uint32_t now = compressAxisMapping(axisMapping);
     const std::uint32_t original =
@@ -217,8 +208,17 @@ void Accelerometer::CheckAxisMappingVsOrig() {
         TAVOCAL_LOG(Error, "Accelerometer::CheckAxisMappingVsOrig",
                     "the original axis mapping was " + std::to_string(original) + " new one is " +
                         std::to_string(now));
-        report.setAttribute("FailureParameter", "AxisMapping");
-        throw CalibrationException(failure + "Reason: wrong movement detected");
+    }
+    judgeAxisMapping(now == original, "wrong movement detected");
+}
+
+void Accelerometer::judgeAxisMapping(bool isOriginal, const char* reason) {
+    Verdict verdict(*this, "Calibration");
+    verdict.judge(
+        refusedAbove("axis mappings that are not the original", isOriginal ? 0.0 : 1.0, 0.0),
+        "AxisMapping", std::string("Calibration failed for all sensors. Reason: ") + reason);
+    if (verdict.failed()) {
+        throw CalibrationException(verdict.reasons());
     }
 }
 

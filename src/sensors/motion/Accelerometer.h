@@ -33,6 +33,7 @@ class Accelerometer : public InertialSensor {
     void findFourStepOffset();
     void findFourStepScale();
     void CheckAxisMappingVsOrig();
+    void judgeAxisMapping(bool isOriginal, const char* reason);
 
     bool checkVsOriginalAxis = false;
 };

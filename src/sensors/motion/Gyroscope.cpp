@@ -8,10 +8,12 @@
 #include "base/Text.h"
 #include "numerics/MatrixInverse.h"
 #include "numerics/Rotations.h"
-#include "sensors/inertial/Assertions.h"
+#include "sensors/inertial/AxisMapping.h"
 #include "sensors/inertial/FaceUpCalibration.h"
+#include "sensors/model/Assertions.h"
 #include "sensors/model/RunContext.h"
 #include "sensors/model/SampleWindows.h"
+#include "sensors/model/SensorTest.h"
 #include "sensors/model/StageSegments.h"
 #include "sensors/motion/ExpectedTurns.h"
 #include "vocabulary/SensorTypes.h"
@@ -22,27 +24,12 @@ namespace tavocal {
 namespace {
 
 constexpr int kTurns = 3;
-constexpr std::size_t kFullFlowEntries = 14;
 constexpr double kSecondsPerMs = 0.001;
 constexpr double kMsPerSecond = 1000.0;
-constexpr double kRadiansPerDegree = 0.017453292519943295;
-constexpr double kWrongAxisAngle = 0.7853981633974483;  // 45 degrees
 
-double signOf(double value) {
-    if (value == 0.0) {
-        return 0.0;
-    }
-    return value > 0.0 ? 1.0 : -1.0;
-}
-
-// The samples between stage `motion` and the next one. An empty range if there is no such motion.
-StageRange motionRange(const std::vector<int>& ind, int motion) {
-    const std::size_t at = 2 * static_cast<std::size_t>(motion) + 1;
-    if (motion < 0 || at + 1 >= ind.size()) {
-        return {};
-    }
-    return {ind[at], ind[at + 1]};
-}
+constexpr TestTexts kMotion = {"rotation", Unit::degree,
+                               "Angles",   "measured rotation in degrees",
+                               "Expected", "expected rotation at a perfectly calibrated system"};
 
 }  // namespace
 
@@ -141,18 +128,23 @@ void Gyroscope::calibrateTurns() {
     convertToFWForamt();
 }
 
-void Gyroscope::computeStageStatistics() {
+bool Gyroscope::computeStageStatistics() {
     const std::vector<double> times = run().segmentTimes();
-    const std::size_t stride = times.size() == kFullFlowEntries ? 4 : 2;
+    const std::size_t stride = positionStride(times.size());
     const std::vector<int> ind = findIndex();
     const int turns = integrateTurns(ind, stride);
-    offsetVector = medianAndNoise(stillSamples(ind));
-    replaceMissingNoise();
+    const std::vector<Sample> still = stillSamples(ind);
+    if (still.empty()) {
+        throw noSamplesBefore(*this, 1);
+    }
+    offsetVector = medianAndNoise(still);
+    const bool noiseMeasured = replaceLostNoise();
     for (int k = 0; k < turns; ++k) {
         const std::size_t begin = 1 + static_cast<std::size_t>(k) * stride;
         const double length = times[begin + 1] - times[begin];
         stageMeans.setRow(k, row(stageMeans, k) - offsetVector * length * kSecondsPerMs);
     }
+    return noiseMeasured;
 }
 
 // The integrals of the measured turns into the rows of stageMeans; the result is their number. In
@@ -277,42 +269,19 @@ void Gyroscope::findStillNoise(const std::vector<int>& ind) {
 }
 
 bool Gyroscope::TestIntegration() {
-    bool pass = true;
-    bool suspect = false;
-    report.beginSubtree("Performing_TestIntegration");
+    SensorTest test(*this, "Performing_TestIntegration");
     for (int i = 0; i < std::min(motionRotations.rows(), expectedValues.rows()); ++i) {
-        const bool passed = testMotion(i);
-        suspect = suspect || (!passed && turnsAboutWrongAxis(i));
-        pass = pass && passed;
+        test.beginStep("dynamic step", i);
+        const Judgement judgement = assertVector(
+            row(motionRotations, i), expectedRow(i),
+            "motion " + getDisplayName() + " step " + std::to_string(i) + " gyro rotation test", "",
+            testingConfig().gyr_threshold_motion_DPS);
+        if (!test.judge(judgement, kMotion) &&
+            pointsAlongWrongAxis(row(motionRotations, i), expectedRow(i))) {
+            test.suspectWrongAxis();
+        }
     }
-    report.endSubtree();
-    if (suspect) {
-        run().addFailure(1, getDisplayName());
-    } else if (!pass) {
-        run().addFailure(0, getDisplayName());
-    }
-    return pass;
-}
-
-bool Gyroscope::testMotion(int motion) {
-    const double threshold = testingConfig().gyr_threshold_motion_DPS;
-    const std::string step = std::to_string(motion);
-    const Vector measured = row(motionRotations, motion);
-    report.addComment("dynamic step " + step);
-    const bool passed = assertVector(
-        measured, expectedRow(motion),
-        "motion " + getDisplayName() + " step " + step + " gyro rotation test", "", threshold);
-    report.addVector(measured, "Angles", "measured rotation in degrees");
-    report.addVector(expectedRow(motion), "Expected",
-                     "expected rotation at a perfectly calibrated system");
-    report.addAttributed("threshold", "", fixedText(threshold));
-    report.addComment(passed ? ": PASSED" : " FAILED");
-    return passed;
-}
-
-// So far off that a poor scale can't explain it.
-bool Gyroscope::turnsAboutWrongAxis(int motion) const {
-    return angleBetween(row(motionRotations, motion), expectedRow(motion)) >= kWrongAxisAngle;
+    return test.finish();
 }
 
 }  // namespace tavocal

@@ -42,6 +42,7 @@ struct Measure {
 struct QualityGateTest : ::testing::TestWithParam<bool> {
     void makePerfect() {
         sensor = makeNamedSensor("Accelerometer_2");
+        sensor->setManager(&run);
         sensor->stageMeans = sensor->expectedValues = kPositions;
         sensor->scaleMatrix = sensor->axisMapping = identity(3);
         sensor->limits = {1e9, 1e9, 1e9, 1e9, 1e9, 1e9, 1.0, 1e9};
@@ -61,6 +62,7 @@ struct QualityGateTest : ::testing::TestWithParam<bool> {
     }
 
     const bool fourSteps = GetParam();
+    FakeRun run{FlowType::Full};
     std::shared_ptr<InertialSensor> sensor;
 };
 
@@ -114,12 +116,13 @@ TEST_P(QualityGateTest, HoldsEachLimit) {
 
 TEST_P(QualityGateTest, ResultThatIsNotFiniteFails) {
     const double nan = std::nan("");
-    for (int field = 0; field < 4; ++field) {
+    for (int field = 0; field < 5; ++field) {
         makePerfect();
         (field == 0   ? sensor->offsetVector[2]
          : field == 1 ? sensor->scaleMatrix[0][1]
          : field == 2 ? sensor->axisMapping[1][0]
-                      : sensor->stageMeans[3][1]) = nan;
+         : field == 3 ? sensor->stageMeans[3][1]
+                      : sensor->noiseVector[0]) = nan;
         expectVerdict(kNotFinite, "Not finite");
     }
 }
@@ -160,6 +163,7 @@ TEST_P(QualityGateTest, ReportsWhatItMeasured) {
     }
     // A gyroscope's means are turns, from which the bias has been taken.
     const auto gyroscope = makeNamedSensor("Gyroscope");
+    gyroscope->setManager(&run);
     gyroscope->stageMeans = gyroscope->scaleMatrix = gyroscope->axisMapping = identity(3);
     gyroscope->expectedValues = identity(3);
     gyroscope->offsetVector = {3.0, 3.0, 3.0};

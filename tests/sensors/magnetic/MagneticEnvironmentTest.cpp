@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <sstream>
 #include <tuple>
 
 #include "base/Text.h"
@@ -47,6 +48,20 @@ class MagneticEnvironmentTest : public ::testing::Test {
         return failureOf([this] { sensor->userSignalledEnd(); });
     }
 
+    std::string lastJudgement() const {
+        std::ostringstream text;
+        const Judgement& last = run.judgements.back();
+        text << last.parameter << " <= " << last.highest << (last.passed ? "" : " failed");
+        return text.str();
+    }
+
+    // The last two judgements are a movement's: how far it went and whether it came back.
+    bool lastTwoPassed(const std::string& first) const {
+        const Judgement& extent = *(run.judgements.end() - 2);
+        EXPECT_EQ(extent.parameter + run.judgements.back().parameter, first + "difference");
+        return extent.passed && run.judgements.back().passed;
+    }
+
     FakeRun run{FlowType::Full, RunCommand::MagEnvironmentTest};
     std::unique_ptr<Magnetometer> sensor = kMagnetometerMountings[0].makeSensor(run);
     const Vector field{40.0, 280.0, -390.0};
@@ -74,6 +89,7 @@ TEST_F(MagneticEnvironmentTest, ATurnSwingsFarAndComesBack) {
         int axis = -1;
         EXPECT_EQ(sensor->checkMagPreTest_singleRotation(0, 2, axis), passes);
         EXPECT_EQ(axis, about);
+        EXPECT_EQ(lastTwoPassed("range.Max()"), passes);
     }
 }
 
@@ -93,6 +109,8 @@ TEST_F(MagneticEnvironmentTest, TheThreeTurnsGoAboutThreeAxesInAnyOrder) {
         EXPECT_FALSE(sensor->checkMagPreTest_threeRotations({121, 242, 363}));
     }
     EXPECT_FALSE(check(0, 1, 0));
+    EXPECT_EQ(run.judgements.back().value, 2.0);
+    EXPECT_FALSE(run.judgements.back().passed);
     const std::vector<std::string> log = linesOf(Logger::instance().text());
     EXPECT_TRUE(contains(log.end()[-4], "rotation3_followed: 1")) << log.end()[-4];
     EXPECT_TRUE(contains(log.back(), "axis3_rotated: 0")) << log.back();
@@ -123,7 +141,9 @@ TEST_F(MagneticEnvironmentTest, TheWalkEndsNearItsStartButNotInIt) {
         for (const Vector& way : {Vector(3), Vector{700, 700, 700}, change}) {
             add(offset + way);
         }
-        return sensor->checkMagPreTest_translation();
+        const bool followed = sensor->checkMagPreTest_translation();
+        EXPECT_EQ(lastTwoPassed("norm"), followed);
+        return followed;
     };
     for (const Vector& near : {Vector{0, -10.1, 0}, Vector{6, 0, 8.1}, Vector{0, 0, 39.9}}) {
         EXPECT_TRUE(endsAt(near)) << near[1];
@@ -165,6 +185,7 @@ TEST_F(MagneticEnvironmentTest, ARoughCloudFails) {
         EXPECT_EQ(sensor->environment.fitDone, passes);
         const std::string report = reportOf(*sensor);
         EXPECT_EQ(contains(report, " FailureParameter=EllipsoidError]("), !passes);
+        EXPECT_EQ(lastJudgement(), "EllipsoidError <= 0.05" + std::string(passes ? "" : " failed"));
         EXPECT_TRUE(contains(report, "EllipsoidError(Values('" + value));
     }
 }
@@ -175,6 +196,7 @@ TEST_F(MagneticEnvironmentTest, WithoutAFitTheFieldIsToBlame) {
     EXPECT_FALSE(sensor->environment.fitDone);
     const std::string node = "](Magnetic_Environment_Test[FailureParameter=Ellipsoid])";
     EXPECT_TRUE(contains(reportOf(*sensor), " Success=false IsPrimary=true" + node));
+    EXPECT_EQ(lastJudgement(), "Ellipsoid <= 0.05 failed");
 }
 
 // ---- The verdict ----
@@ -192,6 +214,7 @@ TEST_F(MagneticEnvironmentTest, JudgesSpreadThenRange) {
                                  "!the range of the dip angles! ", "Dip Angle "}) {
             report = replaceAll(report, text, "");
         }
+        EXPECT_EQ(run.judgements.back().reason == failure, failure != kNoFailure);
         return failure + report.substr(report.find(" Success="));
     };
     const std::string good = kNoFailure + std::string(" Success=true IsPrimary=true](STD(Values('");

@@ -63,6 +63,7 @@ TEST(AccelerometerTest, PrimaryMountingIsComparedWhenAskedFor) {
         addPositions(bench, turned ? kMounting : identity(3), Vector(3));
         EXPECT_EQ(failure(bench), expected);
         EXPECT_EQ(contains(reportOf(*bench.sensor), "AxisMapping]"), expected != none);
+        EXPECT_EQ(bench.run.judgements.back().reason == expected, expected != none);
     }
 }
 
@@ -117,6 +118,8 @@ TEST(FaceUpCalibrationTest, CorrectsOnlyTheOffsetOfTheBlock) {
         if (parameter.empty()) {
             storeOffset(block, {300000, -250000, 250000});
             EXPECT_EQ(sensor.calibrationToWrite, block);
+            const char* const corrected = "CalibratedAverages[Rows=1 Cols=3](Values('0.000000,0.00";
+            EXPECT_TRUE(contains(report, corrected)) << report;
         }
     }
     Bench bench("Accelerometer", FlowType::Minimal);
