@@ -2,13 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <utility>
 
 #include "firmware/SmhiLayout.h"
-#include "simulator/firmware/CalibrationBlocks.h"
-#include "simulator/firmware/FirmwareAnswer.h"
-#include "simulator/firmware/SpoiledAnswer.h"
+#include "simulator/hub/CalibrationBlocks.h"
+#include "simulator/messages/FirmwareAnswer.h"
+#include "simulator/messages/SpoiledAnswer.h"
 #include "vocabulary/FormFactor.h"
 
 namespace tavocal::simulator {
@@ -22,17 +21,7 @@ using Status = FirmwareStatus;
 constexpr std::array<std::uint8_t, 16> kClientGuid = {
     0x2e, 0x9a, 0x57, 0xbb, 0x54, 0xcc, 0x50, 0x44, 0xb1, 0xd0, 0x5e, 0x75, 0x20, 0xdc, 0xad, 0x25};
 
-constexpr double kMicrosecondsPerSecond = 1e6;
-// The hub has been running for a while when the simulation begins.
-constexpr double kUptime = 77.0;
-// How old a record becomes before its buffer is published.
-constexpr double kPublishMicroseconds = 30000.0;
-constexpr std::size_t kMostKept = 8;
 constexpr double kLeftoverSeconds = 0.4;
-
-std::uint64_t timestamp(double seconds) {
-    return static_cast<std::uint64_t>(std::llround((kUptime + seconds) * kMicrosecondsPerSecond));
-}
 
 }  // namespace
 
@@ -40,7 +29,7 @@ Firmware::Firmware(const FirmwareOptions& theOptions, Flash theFlash, World& the
     : options(theOptions),
       stored(std::move(theFlash)),
       hub(theOptions.device, theWorld),
-      publisher(theOptions.fault) {
+      session(theOptions) {
     hub.restart(stored);
     isSilent = options.fault.is(Kind::SilentFirmware);
     if (options.fault.is(Kind::Leftovers) || options.fault.is(Kind::EndlessLeftovers)) {
@@ -50,7 +39,7 @@ Firmware::Firmware(const FirmwareOptions& theOptions, Flash theFlash, World& the
 
 void Firmware::leaveSessionBehind() {
     hub.switchOn(time);
-    session = Session();
+    session.open(std::nullopt, time, {});
     advanceTo(time + kLeftoverSeconds);
 }
 
@@ -60,7 +49,6 @@ void Firmware::receive(Client client, std::span<const std::uint8_t> message) {
     if (!greeted.contains(client)) {
         greet(client, message);
     } else if (message.size() < smhi::kHeaderSize) {
-        ++refusalCount;
         hangUp(client);
     } else if (!isSilent) {
         answer(client, message);
@@ -69,7 +57,6 @@ void Firmware::receive(Client client, std::span<const std::uint8_t> message) {
 
 void Firmware::greet(Client client, std::span<const std::uint8_t> message) {
     if (!std::equal(message.begin(), message.end(), kClientGuid.begin(), kClientGuid.end())) {
-        ++refusalCount;
         hangUp(client);
     } else if (options.fault.is(Kind::NoGreeting)) {
         hangUp(client);
@@ -82,7 +69,7 @@ void Firmware::greet(Client client, std::span<const std::uint8_t> message) {
 void Firmware::disconnect(Client client) {
     greeted.erase(client);
     if (listener() == client) {
-        session->owner.reset();
+        session.giveTo(std::nullopt);
     }
 }
 
@@ -104,16 +91,15 @@ void Firmware::answer(Client client, std::span<const std::uint8_t> message) {
     FirmwareRequest request;
     Status status = readRequest(message, request);
     const bool bySelf = status != Status::Success || !spoils(options.fault, request.command);
-    if (status == Status::Success && request.command == FirmwareCommand::Stop && session &&
+    if (status == Status::Success && request.command == FirmwareCommand::Stop && session.isOpen() &&
         options.fault.is(Kind::EndlessLeftovers)) {
-        session->owner = client;
+        session.giveTo(client);
         return;
     }
     Bytes reply;
     if (status == Status::Success && (bySelf || !preventsCommand(options.fault))) {
         status = perform(client, request, reply);
     }
-    refusalCount += status == Status::Success ? 0 : 1;
     if (reply.empty()) {
         reply = headerAnswer(message[0] & static_cast<std::uint8_t>(~smhi::kResponseFlag), status);
     }
@@ -162,8 +148,7 @@ FirmwareStatus Firmware::perform(Client client, const FirmwareRequest& request, 
 
 // The sensor service begins anew, with what the flash holds.
 void Firmware::restart() {
-    session.reset();
-    publisher.clear();
+    session.close();
     hub.restart(stored);
 }
 
@@ -219,7 +204,7 @@ FirmwareStatus Firmware::setProperty(const FirmwareRequest& request) {
 // ---- Record session ----
 
 FirmwareStatus Firmware::start(Client client, const FirmwareRequest& request) {
-    if (session) {
+    if (session.isOpen()) {
         return Status::WrongState;
     }
     for (const LUID& luid : request.luids) {
@@ -227,84 +212,44 @@ FirmwareStatus Firmware::start(Client client, const FirmwareRequest& request) {
             return Status::UnknownSensor;
         }
     }
-    session = Session();
-    session->owner = client;
-    session->begin = time;
-    session->luids = request.luids;
-    hub.skipTo(time);
-    if (options.fault.is(Kind::EarlyBuffer)) {
-        Publisher early(options.fault);
-        early.add(LUID{}, timestamp(time), {});
-        for (Bytes& buffer : early.take(true)) {
-            send(client, std::move(buffer));
-        }
+    for (Bytes& early : session.open(client, time, request.luids)) {
+        send(client, std::move(early));
     }
+    hub.skipTo(time);
     return Status::Success;
 }
 
 // Whoever asks gets what is left, ahead of the answer.
 FirmwareStatus Firmware::stop(Client client) {
-    if (!session) {
+    if (!session.isOpen()) {
         return Status::WrongState;
     }
-    session->owner = client;
+    session.giveTo(client);
     publish(true);
-    session.reset();
+    session.close();
     return Status::Success;
 }
 
 void Firmware::advanceTo(double seconds) {
     time = seconds;
-    if (!session) {
+    if (!session.isOpen()) {
         hub.skipTo(seconds);
         return;
     }
     hub.advanceTo(seconds, [this](const HubSensor& sensor, double due, const RawReading& reading) {
-        record(sensor, due, reading);
+        session.record(sensor, due, reading);
     });
-    isSilent = isSilent || hasStopped(Kind::FirmwareStops, seconds);
+    isSilent = isSilent || session.hasStopped(Kind::FirmwareStops, seconds);
     publish(false);
-    if (session->owner && hasStopped(Kind::LostConnection, seconds)) {
-        hangUp(*session->owner);
-        session->owner.reset();
-    }
-}
-
-bool Firmware::hasStopped(FirmwareFaultKind kind, double seconds) const {
-    return options.fault.is(kind) && seconds >= session->begin + options.faultAfter;
-}
-
-bool Firmware::isRecorded(const HubSensor& sensor, double seconds) const {
-    const bool faulty = sensor.kind() == options.faultSensor;
-    if (hasStopped(Kind::StreamStops, seconds) || hasStopped(Kind::FirmwareStops, seconds) ||
-        (faulty &&
-         (options.fault.is(Kind::SilentSensor) || hasStopped(Kind::SensorStops, seconds)))) {
-        return false;
-    }
-    const std::vector<LUID>& luids = session->luids;
-    return luids.empty() || std::find(luids.begin(), luids.end(), sensor.luid()) != luids.end();
-}
-
-void Firmware::record(const HubSensor& sensor, double seconds, const RawReading& reading) {
-    if (isRecorded(sensor, seconds)) {
-        publisher.add(sensor.luid(), timestamp(seconds),
-                      std::span(reading.values).first(reading.count));
+    if (listener() && session.hasStopped(Kind::LostConnection, seconds)) {
+        hangUp(*listener());
+        session.giveTo(std::nullopt);
     }
 }
 
 void Firmware::publish(bool all) {
-    const bool due =
-        !publisher.isEmpty() && static_cast<double>(timestamp(time)) >=
-                                    static_cast<double>(publisher.oldest()) + kPublishMicroseconds;
-    for (Bytes& buffer : publisher.take(all || due)) {
-        session->kept.push_back(std::move(buffer));
-    }
-    while (session->owner && !session->kept.empty()) {
-        send(*session->owner, std::move(session->kept.front()));
-        session->kept.pop_front();
-    }
-    while (session->kept.size() > kMostKept) {
-        session->kept.pop_front();
+    for (Bytes& buffer : session.takeBuffers(time, all)) {
+        send(*listener(), std::move(buffer));
     }
 }
 

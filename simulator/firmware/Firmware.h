@@ -1,30 +1,20 @@
 #pragma once
 
-#include <deque>
 #include <optional>
 #include <set>
 #include <span>
 #include <vector>
 
 #include "base/Bytes.h"
-#include "simulator/device/DeviceOptions.h"
-#include "simulator/firmware/FirmwareFault.h"
-#include "simulator/firmware/FirmwareRequest.h"
-#include "simulator/firmware/Flash.h"
-#include "simulator/firmware/Publisher.h"
-#include "simulator/firmware/SensorHub.h"
+#include "simulator/firmware/FirmwareOptions.h"
+#include "simulator/firmware/RecordSession.h"
+#include "simulator/hub/Flash.h"
+#include "simulator/hub/SensorHub.h"
+#include "simulator/messages/FirmwareRequest.h"
 
 namespace tavocal::simulator {
 
 class World;
-
-// What the firmware is and what is wrong with it.
-struct FirmwareOptions {
-    DeviceOptions device;
-    FirmwareFault fault;
-    double faultAfter = 3.0;  // seconds of the session, where it takes a while
-    SensorKind faultSensor = SensorKind::Gyroscope;  // which one is silent or stops
-};
 
 // The sensor hub firmware without its wires: it takes the messages of any number of clients, and
 // what it has to say to them is taken from it. Simulated time goes on with advanceTo alone, in
@@ -33,10 +23,10 @@ struct FirmwareOptions {
 //     Firmware firmware(options, flash, world);
 //     firmware.receive(client, clientGuid);
 //     firmware.receive(client, request);
-//     for (const FirmwareOutput& output : firmware.takeOutput()) ...
+//     for (const Firmware::Output& output : firmware.takeOutput()) ...
 class Firmware {
   public:
-    using Client = int;
+    using Client = RecordSession::Client;
 
     struct Output {
         Client client = 0;
@@ -59,19 +49,10 @@ class Firmware {
     std::vector<Output> takeOutput();
 
     // Whom a session publishes to, if anybody.
-    std::optional<Client> listener() const { return session ? session->owner : std::nullopt; }
+    std::optional<Client> listener() const { return session.owner(); }
     const Flash& flash() const { return stored; }
-    // How many requests were refused or not understood, but for those by a fault.
-    unsigned refusals() const { return refusalCount; }
 
   private:
-    struct Session {
-        std::optional<Client> owner;  // none once that client has gone
-        double begin = 0.0;
-        std::vector<LUID> luids;  // what is recorded; all if empty
-        std::deque<Bytes> kept;   // buffers that nobody took
-    };
-
     void greet(Client client, std::span<const std::uint8_t> message);
     void answer(Client client, std::span<const std::uint8_t> message);
     FirmwareStatus perform(Client client, const FirmwareRequest& request, Bytes& answer);
@@ -90,20 +71,15 @@ class Firmware {
 
     void leaveSessionBehind();
     void publish(bool all);
-    bool isRecorded(const HubSensor& sensor, double seconds) const;
-    void record(const HubSensor& sensor, double seconds, const RawReading& reading);
-    bool hasStopped(FirmwareFaultKind kind, double seconds) const;
 
     FirmwareOptions options;
     Flash stored;
     SensorHub hub;
-    Publisher publisher;
-    std::optional<Session> session;
+    RecordSession session;
     std::set<Client> greeted;
     std::vector<Output> outputs;
     double time = 0.0;
     bool isSilent = false;
-    unsigned refusalCount = 0;
 };
 
 }  // namespace tavocal::simulator

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "base/Bytes.h"
-#include "simulator/firmware/FirmwareFault.h"
+#include "simulator/messages/FirmwareFault.h"
 #include "vocabulary/Luid.h"
 
 namespace tavocal::simulator {

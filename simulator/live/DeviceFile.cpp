@@ -6,10 +6,10 @@
 #include "base/Failures.h"
 #include "base/Text.h"
 #include "base/TextToNumber.h"
+#include "simulator/base/OutputFolder.h"
 #include "simulator/device/SensorFactory.h"
-#include "simulator/firmware/CalibrationBlocks.h"
+#include "simulator/hub/CalibrationBlocks.h"
 #include "simulator/recording/KeyValueText.h"
-#include "simulator/recording/OutputFolder.h"
 #include "simulator/recording/TruthText.h"
 
 namespace tavocal::simulator {

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "simulator/firmware/Flash.h"
+#include "simulator/hub/Flash.h"
 #include "simulator/live/LiveOptions.h"
 
 namespace tavocal::simulator {

@@ -5,9 +5,9 @@
 
 #include "platform/Files.h"
 #include "simulator/arguments/DeviceArguments.h"
+#include "simulator/base/Names.h"
+#include "simulator/base/OutputFolder.h"
 #include "simulator/live/DeviceFile.h"
-#include "simulator/live/FactoryFlash.h"
-#include "simulator/recording/OutputFolder.h"
 
 namespace tavocal::simulator {
 
@@ -24,10 +24,7 @@ void setDevice(LiveOptions& options, Arguments& arguments) {
 
 std::optional<FactoryBlocks> blocksFromName(std::string_view name) {
     constexpr std::array<std::string_view, 4> kNames = {"neutral", "exact", "other", "missing"};
-    const auto found = std::find(kNames.begin(), kNames.end(), name);
-    return found == kNames.end()
-               ? std::nullopt
-               : std::optional(static_cast<FactoryBlocks>(found - kNames.begin()));
+    return valueNamed<FactoryBlocks>(kNames, name);
 }
 
 // Of the firmware, or of a sensor: nobody who tries one wants to know which.
@@ -164,7 +161,7 @@ LiveRequest parseLiveArguments(const std::vector<std::string>& arguments, double
     if (loaded) {
         checkSameDevice(options, identity, own);
     } else {
-        request.flash = factoryFlash(options);
+        request.flash = factoryFlash(options.motion, options.blocks);
     }
     return request;
 }

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "simulator/firmware/Flash.h"
+#include "simulator/hub/Flash.h"
 #include "simulator/live/LiveOptions.h"
 
 namespace tavocal::simulator {

@@ -1,8 +1,8 @@
 #include "simulator/live/LiveDevice.h"
 
 #include "platform/Files.h"
+#include "simulator/base/OutputFolder.h"
 #include "simulator/live/DeviceFile.h"
-#include "simulator/recording/OutputFolder.h"
 
 namespace tavocal::simulator {
 

@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "base/Text.h"
-#include "simulator/device/World.h"
 #include "simulator/operator/PromptText.h"
 
 namespace tavocal::simulator {

@@ -7,12 +7,11 @@
 #include <string>
 #include <vector>
 
+#include "simulator/device/World.h"
 #include "simulator/live/LiveOptions.h"
 #include "simulator/operator/Operator.h"
 
 namespace tavocal::simulator {
-
-class World;
 
 // The person in front of the tool: reads what it prints, line by line, types what it asks for and
 // moves the device, or changes the light, as the prompt says, and only once that has been read. A

@@ -4,19 +4,12 @@
 #include <vector>
 
 #include "simulator/device/World.h"
-#include "simulator/firmware/FirmwareFault.h"
+#include "simulator/hub/FactoryFlash.h"
+#include "simulator/messages/FirmwareFault.h"
 #include "simulator/operator/LightMistake.h"
 #include "simulator/recording/Recording.h"
 
 namespace tavocal::simulator {
-
-// What the flash of a new device holds for its static motion sensors.
-enum class FactoryBlocks {
-    Neutral,  // a block that changes nothing
-    Exact,    // the one that undoes the sensor's errors
-    Other,    // that of a sensor with other errors
-    Missing,  // none
-};
 
 // All that decides a live run but the real time that things take.
 struct LiveOptions {

@@ -4,11 +4,11 @@
 #include <optional>
 #include <string>
 
-#include "simulator/live/ChildProcess.h"
-#include "simulator/live/FirmwareServer.h"
 #include "simulator/live/LiveDevice.h"
 #include "simulator/live/LiveOperator.h"
-#include "simulator/live/SignalWatch.h"
+#include "simulator/system/ChildProcess.h"
+#include "simulator/system/FirmwareServer.h"
+#include "simulator/system/SignalWatch.h"
 
 namespace tavocal::simulator {
 

@@ -4,10 +4,10 @@
 #include <string>
 #include <string_view>
 
-#include "simulator/live/FirmwareServer.h"
 #include "simulator/live/LiveDevice.h"
-#include "simulator/live/SignalWatch.h"
 #include "simulator/operator/Operator.h"
+#include "simulator/system/FirmwareServer.h"
+#include "simulator/system/SignalWatch.h"
 
 namespace tavocal::simulator {
 

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "simulator/base/Names.h"
+
 namespace tavocal::simulator {
 
 namespace {
@@ -16,12 +18,7 @@ std::string_view lightMistakeName(LightMistake mistake) {
 }
 
 std::optional<LightMistake> lightMistakeFromName(std::string_view name) {
-    for (std::size_t i = 0; i < kNames.size(); ++i) {
-        if (kNames[i] == name) {
-            return static_cast<LightMistake>(i);
-        }
-    }
-    return std::nullopt;
+    return valueNamed<LightMistake>(kNames, name);
 }
 
 }  // namespace tavocal::simulator

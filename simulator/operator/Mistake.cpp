@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "simulator/base/Names.h"
 #include "simulator/operator/Flow.h"
 
 namespace tavocal::simulator {
@@ -24,12 +25,7 @@ std::string_view mistakeName(Mistake mistake) {
 }
 
 std::optional<Mistake> mistakeFromName(std::string_view name) {
-    for (std::size_t i = 0; i < kNames.size(); ++i) {
-        if (kNames[i] == name) {
-            return static_cast<Mistake>(i);
-        }
-    }
-    return std::nullopt;
+    return valueNamed<Mistake>(kNames, name);
 }
 
 std::optional<std::size_t> usualStep(Mistake mistake, Flow flow) {

@@ -5,11 +5,19 @@
 #include <limits>
 
 #include "simulator/arguments/OptionTable.h"
-#include "simulator/recording/OutputFolder.h"
+#include "simulator/base/OutputFolder.h"
+#include "simulator/recording/LightRecording.h"
 
 namespace tavocal::simulator {
 
 namespace {
+
+// What `tavosim record --flow als` was asked to do.
+struct LightRequest {
+    LightOptions options;
+    std::string folder;
+    bool crlf = false;
+};
 
 constexpr std::string_view kFlow = "als";
 
@@ -62,14 +70,6 @@ const std::array<Option<LightRequest>, 16> kOptions = {{
     {"--mistake", "NAME", "stuck-light, unstable, cut-short or dark", setMistake},
 }};
 
-}  // namespace
-
-bool asksForLight(const std::vector<std::string>& arguments) {
-    const std::array<std::string, 2> words = {"--flow", std::string(kFlow)};
-    return std::search(arguments.begin(), arguments.end(), words.begin(), words.end()) !=
-           arguments.end();
-}
-
 LightRequest parseLightArguments(const std::vector<std::string>& arguments) {
     LightRequest request;
     applyOptions<LightRequest>(kOptions, arguments, request);
@@ -77,6 +77,14 @@ LightRequest parseLightArguments(const std::vector<std::string>& arguments) {
         throw ArgumentError("The option --out is missing");
     }
     return request;
+}
+
+}  // namespace
+
+bool asksForLight(const std::vector<std::string>& arguments) {
+    const std::array<std::string, 2> words = {"--flow", std::string(kFlow)};
+    return std::search(arguments.begin(), arguments.end(), words.begin(), words.end()) !=
+           arguments.end();
 }
 
 void runLightCommand(const std::vector<std::string>& arguments) {

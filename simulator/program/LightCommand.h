@@ -3,22 +3,10 @@
 #include <string>
 #include <vector>
 
-#include "simulator/recording/LightRecording.h"
-
 namespace tavocal::simulator {
-
-// What `tavosim record --flow als` was asked to do.
-struct LightRequest {
-    LightOptions options;
-    std::string folder;
-    bool crlf = false;
-};
 
 // Whether the arguments behind "record" ask for light and not for motion.
 bool asksForLight(const std::vector<std::string>& arguments);
-
-// Reads the arguments behind "record". Throws ArgumentError.
-LightRequest parseLightArguments(const std::vector<std::string>& arguments);
 
 // Runs the command. Throws ArgumentError, and OutputError if the files can't be written.
 void runLightCommand(const std::vector<std::string>& arguments);

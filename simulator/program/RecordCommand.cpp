@@ -4,11 +4,20 @@
 #include <string_view>
 
 #include "simulator/arguments/DeviceArguments.h"
-#include "simulator/recording/OutputFolder.h"
+#include "simulator/base/OutputFolder.h"
+#include "simulator/recording/Recording.h"
 
 namespace tavocal::simulator {
 
 namespace {
+
+// What `tavosim record` was asked to do with a flow of the motion sensors.
+struct RecordRequest {
+    RecordingOptions options;
+    bool flowGiven = false;
+    std::string folder;
+    bool crlf = false;
+};
 
 void setFlow(RecordRequest& request, Arguments& arguments) {
     const std::string name = arguments.text();
@@ -53,8 +62,6 @@ void checkTogether(const RecordRequest& request) {
     checkMistake(request.options);
 }
 
-}  // namespace
-
 RecordRequest parseRecordArguments(const std::vector<std::string>& arguments) {
     RecordRequest request;
     applyOptions<RecordRequest, RecordingOptions>(kOptions, request, deviceOptionTable(),
@@ -62,6 +69,8 @@ RecordRequest parseRecordArguments(const std::vector<std::string>& arguments) {
     checkTogether(request);
     return request;
 }
+
+}  // namespace
 
 void runRecordCommand(const std::vector<std::string>& arguments) {
     const RecordRequest request = parseRecordArguments(arguments);

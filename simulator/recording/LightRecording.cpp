@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "simulator/base/OutputFolder.h"
 #include "simulator/device/SampleClock.h"
 #include "simulator/recording/DumpText.h"
 #include "simulator/recording/KeyValueText.h"
-#include "simulator/recording/OutputFolder.h"
 #include "simulator/world/Lamp.h"
 
 namespace tavocal::simulator {

@@ -1,8 +1,8 @@
 #include "simulator/recording/Recording.h"
 
+#include "simulator/base/OutputFolder.h"
 #include "simulator/device/Device.h"
 #include "simulator/recording/DumpText.h"
-#include "simulator/recording/OutputFolder.h"
 #include "simulator/recording/TruthText.h"
 
 namespace tavocal::simulator {

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "simulator/base/Names.h"
 #include "simulator/world/MagneticField.h"
 
 namespace tavocal::simulator {
@@ -12,17 +13,8 @@ constexpr std::array<std::string_view, 3> kNames = {"clean", "usual", "magnetic"
 
 }  // namespace
 
-std::string_view roomName(Room room) {
-    return kNames[static_cast<std::size_t>(room)];
-}
-
 std::optional<Room> roomFromName(std::string_view name) {
-    for (std::size_t i = 0; i < kNames.size(); ++i) {
-        if (kNames[i] == name) {
-            return static_cast<Room>(i);
-        }
-    }
-    return std::nullopt;
+    return valueNamed<Room>(kNames, name);
 }
 
 std::vector<Magnet> magnetsOf(Room room) {

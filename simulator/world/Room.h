@@ -16,7 +16,6 @@ enum class Room {
 };
 
 // "clean", "usual", "magnetic".
-std::string_view roomName(Room room);
 std::optional<Room> roomFromName(std::string_view name);
 
 // What disturbs the field around the device, which begins at the origin.

@@ -9,6 +9,7 @@
 #include "base/Clock.h"
 #include "base/Failures.h"
 #include "commandline/RunSettings.h"
+#include "firmware/PNRRecord.h"
 #include "formats/CsvParser.h"
 #include "log/Logger.h"
 #include "platform/Console.h"
@@ -198,6 +199,8 @@ void DataCollection::writeCalibratedDump() {
 
 void DataCollection::abort() {
     constexpr const char* kName = "CalibrationManager::abort";
+    // Whoever holds the lock may be waiting for a firmware that never ends its session.
+    PNRRecord::instance().hurry();
     const std::lock_guard<std::mutex> lock(collectionMutex);
     const Status status = collectionStatus;
     TAVOCAL_LOG(Debug, kName,

@@ -26,6 +26,8 @@ constexpr int kFailure = -1;
 struct CurrentRun {
     std::mutex mutex;
     std::shared_ptr<CalibrationManager> theCalibrationManager;
+    // Held by an interrupt for good: its thread alone ends the process then.
+    std::mutex endMutex;
 };
 
 CurrentRun& currentRun() {
@@ -49,6 +51,7 @@ void printLine(const std::string& text) {
 }
 
 [[noreturn]] void onInterrupt(int signal) {
+    currentRun().endMutex.lock();
     printLine("Interrupt signal (" + std::to_string(signal) + ") received.");
     try {
         if (const auto manager = publishedManager()) {
@@ -82,12 +85,7 @@ void run(CmdLine& cmdLine, int argc, char** argv) {
     printRunTimes(runStartMs, manager->userWaitSeconds());
 }
 
-}  // namespace
-
-int runProgram(int argc, char** argv) {
-    platform::hardenProcess();
-    platform::installInterruptHandler(onInterrupt);
-    CmdLine cmdLine;
+int runAndReport(CmdLine& cmdLine, int argc, char** argv) {
     try {
         run(cmdLine, argc, argv);
         return 0;
@@ -104,6 +102,17 @@ int runProgram(int argc, char** argv) {
         printLine(exception.what());
     }
     return kFailure;
+}
+
+}  // namespace
+
+int runProgram(int argc, char** argv) {
+    platform::hardenProcess();
+    platform::installInterruptHandler(onInterrupt);
+    CmdLine cmdLine;
+    const int status = runAndReport(cmdLine, argc, argv);
+    const std::lock_guard<std::mutex> lock(currentRun().endMutex);
+    return status;
 }
 
 }  // namespace tavocal

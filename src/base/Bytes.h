@@ -12,8 +12,11 @@ namespace tavocal {
 
 using Bytes = std::vector<std::uint8_t>;
 
-// Little-endian numbers at fixed places of a message or block that came from outside. A place that
-// does not lie wholly within the bytes throws std::out_of_range. The bytes must outlive the reader.
+// Little-endian numbers in messages and blocks: the one place that knows the order of their bytes.
+// ByteReader reads them, ByteWriter appends them, writeU16 and writeU32 replace them.
+
+// Numbers at fixed places of a message or block that came from outside. A place that does not lie
+// wholly within the bytes throws std::out_of_range. The bytes must outlive the reader.
 class ByteReader {
   public:
     explicit ByteReader(std::span<const std::uint8_t> source) : bytes(source) {}
@@ -28,6 +31,7 @@ class ByteReader {
     std::uint16_t u16(std::size_t offset) const { return number<std::uint16_t>(offset); }
     std::uint32_t u32(std::size_t offset) const { return number<std::uint32_t>(offset); }
     std::uint64_t u64(std::size_t offset) const { return number<std::uint64_t>(offset); }
+    std::int16_t i16(std::size_t offset) const { return static_cast<std::int16_t>(u16(offset)); }
     std::int32_t i32(std::size_t offset) const { return static_cast<std::int32_t>(u32(offset)); }
 
     std::span<const std::uint8_t> slice(std::size_t offset, std::size_t count) const {
@@ -52,7 +56,21 @@ class ByteReader {
     std::span<const std::uint8_t> bytes;
 };
 
-// Builds a message or block field by field, little-endian.
+// Replaces the number at that place. REQUIRES: it lies inside the bytes.
+template <typename Unsigned>
+void writeNumber(Bytes& bytes, std::size_t offset, Unsigned value) {
+    for (std::size_t i = 0; i < sizeof(Unsigned); ++i) {
+        bytes.at(offset + i) = static_cast<std::uint8_t>(std::uint64_t{value} >> (8 * i));
+    }
+}
+inline void writeU16(Bytes& bytes, std::size_t offset, std::uint16_t value) {
+    writeNumber(bytes, offset, value);
+}
+inline void writeU32(Bytes& bytes, std::size_t offset, std::uint32_t value) {
+    writeNumber(bytes, offset, value);
+}
+
+// Builds a message or block field by field.
 class ByteWriter {
   public:
     ByteWriter& u8(std::uint8_t value) { return number(value); }
@@ -77,11 +95,8 @@ class ByteWriter {
   private:
     template <typename Unsigned>
     ByteWriter& number(Unsigned value) {
-        std::uint64_t rest = value;
-        for (std::size_t i = 0; i < sizeof(Unsigned); ++i) {
-            bytes.push_back(static_cast<std::uint8_t>(rest & 0xFF));
-            rest >>= 8;
-        }
+        zeros(sizeof(Unsigned));
+        writeNumber(bytes, bytes.size() - sizeof(Unsigned), value);
         return *this;
     }
 

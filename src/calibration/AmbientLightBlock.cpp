@@ -2,8 +2,8 @@
 
 #include <utility>
 
+#include "base/Bytes.h"
 #include "base/Failures.h"
-#include "base/LittleEndian.h"
 
 namespace tavocal {
 
@@ -25,14 +25,14 @@ bool endsAt(const CalibrationBlock& block, std::size_t base) {
     if (block.size() < base + 2) {
         return block.size() == base;
     }
-    return block.size() == base + 2 + readU16(block, base);
+    return block.size() == base + 2 + ByteReader(block).u16(base);
 }
 
 }  // namespace
 
 LightScale lightScaleOf(const CalibrationBlock& block) {
     requireSize(block.size() > kLightDividerPosition);
-    return {readU16(block, kLightMultiplierPosition), block[kLightDividerPosition]};
+    return {ByteReader(block).u16(kLightMultiplierPosition), block[kLightDividerPosition]};
 }
 
 CalibrationBlock withLightScale(CalibrationBlock block, LightScale scale) {

@@ -3,8 +3,8 @@
 #include <limits>
 #include <span>
 
+#include "base/Bytes.h"
 #include "base/Failures.h"
-#include "base/LittleEndian.h"
 #include "base/TextToNumber.h"
 #include "calibration/AmbientLightBlock.h"
 #include "calibration/XmlBytes.h"
@@ -50,8 +50,8 @@ void writeSteps(XmlElement& data, const CalibrationBlock& block, std::size_t cou
     for (std::size_t i = 0; i < count; ++i) {
         XmlElement& step = addElement(steps, kStepName);
         const std::size_t position = endOfSteps(i);
-        setNumber(addElement(step, kStepScaleName), kValueName, readU16(block, position));
-        setNumber(addElement(step, kStepLuxName), kValueName, readU16(block, position + 2));
+        setNumber(addElement(step, kStepScaleName), kValueName, ByteReader(block).u16(position));
+        setNumber(addElement(step, kStepLuxName), kValueName, ByteReader(block).u16(position + 2));
     }
 }
 
@@ -70,7 +70,7 @@ bool hasVendorData(const CalibrationBlock& block, const CalibrationBlock& origin
 
 void writeVendorData(XmlElement& data, const CalibrationBlock& block, std::size_t position) {
     requireBlockSize(block, position + 2);
-    const std::size_t length = readU16(block, position);
+    const std::size_t length = ByteReader(block).u16(position);
     requireBlockSize(block, position + 2 + length);
     addBytes(data, kVendorDataName, std::span(block).subspan(position + 2, length));
 }

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <limits>
 
+#include "base/Bytes.h"
 #include "base/Failures.h"
-#include "base/LittleEndian.h"
 #include "log/ScopeLog.h"
 
 namespace tavocal {
@@ -87,17 +87,17 @@ Matrix expandAxisMapping(std::uint32_t word) {
 StaticBlockFields decodeStaticBlock(const CalibrationBlock& block) {
     StaticBlockFields fields{Vector(3), Matrix(3, 3), Matrix(3, 3)};
     for (int i = 0; i < 3; ++i) {
-        fields.offset[i] = readI32(block, kOffsetPosition + 4 * static_cast<std::size_t>(i));
+        fields.offset[i] = ByteReader(block).i32(kOffsetPosition + 4 * static_cast<std::size_t>(i));
     }
     for (int k = 0; k < 9; ++k) {
         fields.scale[k / 3][k % 3] =
-            readI16(block, kScalePosition + 2 * static_cast<std::size_t>(k));
+            ByteReader(block).i16(kScalePosition + 2 * static_cast<std::size_t>(k));
     }
-    const std::uint16_t scaleFactor = readU16(block, kScaleFactorPosition);
+    const std::uint16_t scaleFactor = ByteReader(block).u16(kScaleFactorPosition);
     if (scaleFactor != 0) {
         fields.scale = fields.scale / scaleFactor;
     }
-    fields.axisMapping = expandAxisMapping(readU32(block, kAxisMappingPosition));
+    fields.axisMapping = expandAxisMapping(ByteReader(block).u32(kAxisMappingPosition));
     return fields;
 }
 
@@ -128,7 +128,7 @@ CalibrationBlock addVendorData(CalibrationBlock result, const CalibrationBlock& 
     if (original.size() < kVendorDataPosition) {
         return result;
     }
-    const std::size_t length = readU16(original, kVendorLengthPosition);
+    const std::size_t length = ByteReader(original).u16(kVendorLengthPosition);
     if (original.size() < kVendorDataPosition + length) {
         return result;
     }

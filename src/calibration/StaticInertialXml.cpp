@@ -4,7 +4,7 @@
 #include <limits>
 #include <span>
 
-#include "base/LittleEndian.h"
+#include "base/Bytes.h"
 #include "base/Text.h"
 #include "base/TextToNumber.h"
 #include "calibration/InertialBlock.h"
@@ -49,7 +49,7 @@ int axisElement(std::uint32_t word, std::size_t k) {
 void writeAxisMapping(XmlElement& data, const CalibrationBlock& block) {
     addComment(data, kAxisMappingComment);
     XmlElement& mapping = addElement(data, kAxisMappingName);
-    const std::uint32_t word = readU32(block, kAxisMappingPosition);
+    const std::uint32_t word = ByteReader(block).u32(kAxisMappingPosition);
     for (std::size_t k = 0; k < kAxisNames.size(); ++k) {
         addNumber(mapping, kAxisNames[k], axisElement(word, k));
     }
@@ -59,21 +59,21 @@ void writeMatrix(XmlElement& data, const CalibrationBlock& block) {
     addComment(data, kMatrixComment);
     XmlElement& matrix = addElement(data, kMatrixName);
     for (std::size_t k = 0; k < kScaleFactorIndex; ++k) {
-        addNumber(matrix, kMatrixNames[k], readI16(block, kScalePosition + 2 * k));
+        addNumber(matrix, kMatrixNames[k], ByteReader(block).i16(kScalePosition + 2 * k));
     }
-    addNumber(matrix, kMatrixNames[kScaleFactorIndex], readU16(block, kScaleFactorPosition));
+    addNumber(matrix, kMatrixNames[kScaleFactorIndex], ByteReader(block).u16(kScaleFactorPosition));
 }
 
 void writeOffset(XmlElement& data, const CalibrationBlock& block) {
     addComment(data, kOffsetComment);
     XmlElement& offset = addElement(data, kOffsetName);
     for (std::size_t i = 0; i < kOffsetNames.size(); ++i) {
-        addNumber(offset, kOffsetNames[i], readI32(block, kOffsetPosition + 4 * i));
+        addNumber(offset, kOffsetNames[i], ByteReader(block).i32(kOffsetPosition + 4 * i));
     }
 }
 
 void writeVendorData(XmlElement& data, const CalibrationBlock& block) {
-    const std::size_t length = readU16(block, kVendorLengthPosition);
+    const std::size_t length = ByteReader(block).u16(kVendorLengthPosition);
     if (length != 0) {
         requireBlockSize(block, kVendorDataPosition + length);
         addBytes(data, kVendorDataName, std::span(block).subspan(kVendorDataPosition, length));
@@ -102,7 +102,7 @@ std::uint32_t axisBits(const XmlNode& child, std::size_t k) {
 }
 
 void readAxisMapping(const XmlElement& mapping, CalibrationBlock& block) {
-    std::uint32_t word = readU32(block, kAxisMappingPosition);
+    std::uint32_t word = ByteReader(block).u32(kAxisMappingPosition);
     std::size_t k = 0;
     for (const auto& child : mapping.children()) {
         const std::uint32_t bits = axisBits(*child, k);

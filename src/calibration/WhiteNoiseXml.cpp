@@ -1,6 +1,6 @@
 #include "calibration/WhiteNoiseXml.h"
 
-#include "base/LittleEndian.h"
+#include "base/Bytes.h"
 #include "calibration/InertialBlock.h"
 #include "calibration/XmlFields.h"
 #include "xml/XmlElement.h"
@@ -15,7 +15,7 @@ constexpr const wchar_t* kWhiteNoiseName = L"WhiteNoise";
 
 void writeWhiteNoisePayload(XmlElement& data, const CalibrationBlock& block) {
     requireBlockSize(block, kWhiteNoisePosition + sizeof(std::uint32_t));
-    addNumber(data, kWhiteNoiseName, readU32(block, kWhiteNoisePosition));
+    addNumber(data, kWhiteNoiseName, ByteReader(block).u32(kWhiteNoisePosition));
 }
 
 std::uint32_t readWhiteNoisePayload(const XmlElement& data) {

@@ -3,14 +3,28 @@
 #include <cstdint>
 
 #include "base/Bytes.h"
+#include "base/Failures.h"
 
 namespace tavocal {
+
+// The other side neither took nor sent anything within the channel's time-out.
+class ChannelTimeout : public SmhiException {
+  public:
+    using SmhiException::SmhiException;
+};
+
+// cancelRead has broken the Read.
+class ReadCancelled : public SmhiException {
+  public:
+    using SmhiException::SmhiException;
+};
 
 // The channel to the firmware. It carries whole messages: one Write sends one, one Read gets one.
 // One thread at a time uses a channel, but for cancelRead. Several channels may be connected to the
 // firmware at the same time. The destructor closes what is open.
 //
-// Every failure is an SmhiException and ends the exchange at hand; the channel stays open.
+// Every failure is an SmhiException, the two above among them, and ends the exchange at hand; the
+// channel stays open.
 class KeluBase {
   public:
     virtual ~KeluBase() = default;
@@ -30,9 +44,9 @@ class KeluBase {
     // Makes the next Connect possible. Does nothing on an unconnected channel.
     virtual void Close() = 0;
 
-    // From any thread, also while a Read runs: that Read, or else the next one, fails at once and
-    // takes no message. Calls that come before such a Read count as one. Close forgets a call that
-    // no Read has met. REQUIRES: the channel is not being destroyed.
+    // From any thread, also while a Read runs: that Read, or else the next one, fails at once with
+    // ReadCancelled and takes no message. Calls that come before such a Read count as one. Close
+    // forgets a call that no Read has met. REQUIRES: the channel is not being destroyed.
     virtual void cancelRead() noexcept = 0;
 };
 

@@ -49,7 +49,10 @@ Wake waitUntil(Clock::time_point deadline, std::span<pollfd> files) {
 }
 
 [[noreturn]] void throwTransferFailure(const std::string& message, Wake wake) {
-    throw SmhiException(wake == Wake::TimedOut ? message + ", timed out" : message);
+    if (wake == Wake::TimedOut) {
+        throw ChannelTimeout(message + ", timed out");
+    }
+    throw SmhiException(message);
 }
 
 bool isTransient(int error) {
@@ -180,7 +183,7 @@ void KeluLinux::receive(Bytes& output, std::uint32_t maximum) {
     do {
         wake = waitUntil(deadline, files);
         if (takeCancellation()) {
-            throw SmhiException("Failed to read from device, cancelled");
+            throw ReadCancelled("Failed to read from device, cancelled");
         }
         if (wake == Wake::Ready) {
             got = ::recv(socket, output.data(), output.size(), MSG_DONTWAIT);

@@ -202,12 +202,12 @@ void KeluWindows::Read(Bytes& output, std::uint32_t maximum) {
     DWORD size = 0;
     if (woken == WAIT_OBJECT_0) {
         if (!transfer.cancel(size)) {
-            throw SmhiException("Failed to read from device, cancelled");
+            throw ReadCancelled("Failed to read from device, cancelled");
         }
         // The message that came at the same moment isn't lost, and the next Read fails instead.
         SetEvent(cancellation);
     } else if (woken != WAIT_OBJECT_0 + 1 || !transfer.finish(size)) {
-        throw SmhiException("Failed to read from device, timed out");
+        throw ChannelTimeout("Failed to read from device, timed out");
     }
     output.resize(size);
     TAVOCAL_LOG(Insane, "KeluWindows::Read", "Finished KeluWin::Read");
@@ -224,7 +224,7 @@ void KeluWindows::Write(const Bytes& data) {
         throw SmhiException("Failed to write to device");
     }
     if (WaitForSingleObject(transfer.finished(), waitTime(transferTimeout)) == WAIT_TIMEOUT) {
-        throw SmhiException("Failed to write to device, timed out");
+        throw ChannelTimeout("Failed to write to device, timed out");
     }
     DWORD size = 0;
     if (!transfer.finish(size)) {

@@ -32,10 +32,22 @@ void PNRRecord::endSession() {
     // Goes with `ending`, outside the lock: it may have to wait for the firmware.
 }
 
+void PNRRecord::hurry() {
+    hurried = true;
+    std::shared_ptr<PNRRecordPrivate> stopping;
+    {
+        const std::lock_guard<std::mutex> lock(sessionMutex);
+        stopping = current;
+    }
+    if (stopping) {
+        stopping->hurryStop();
+    }
+}
+
 std::shared_ptr<PNRRecordPrivate> PNRRecord::session() {
     const std::lock_guard<std::mutex> lock(sessionMutex);
     if (!current) {
-        current = std::make_shared<PNRRecordPrivate>(makeChannel(), timing);
+        current = std::make_shared<PNRRecordPrivate>(makeChannel(), timing, hurried);
     }
     return current;
 }

@@ -5,43 +5,40 @@
 #include <memory>
 #include <mutex>
 #include <optional>
-#include <string>
-#include <thread>
-#include <vector>
 
-#include "base/Bytes.h"
+#include "firmware/KeluBase.h"
+#include "firmware/RecordWorker.h"
+#include "firmware/SampleReceiver.h"
 #include "firmware/SmhiMessages.h"
-#include "platform/Event.h"
+#include "firmware/StopRequest.h"
 
 namespace tavocal {
 
-class KeluBase;
-class SampleReceiver;
-struct PnrRecord;
-
-// How long the session waits for what.
+// How long the session waits for what, where the channel's time-out isn't the bound.
 struct PnrTiming {
     // After a request that the firmware refused.
     std::chrono::milliseconds afterRefusal{10};
     // For the next message of a firmware that publishes, before a stop breaks the worker's read.
     std::chrono::milliseconds stopGrace{500};
-    // For the firmware to acknowledge the stop once it was asked.
+    // In a hurry: for the firmware to acknowledge the stop behind that.
     std::chrono::milliseconds acknowledgement{5000};
 };
 
-// The record session with the firmware: a worker thread reads the buffers that the firmware
-// publishes and hands each record to the receiver.
+// The record session with the firmware: start, stop, and the end of what a crashed run has left.
 //
-// `start` and `stop` may be called from any thread but the worker, which means also not from within
-// the receiver's operations. SmhiExceptions of the channel pass through both.
+// Threads: `start` and `stop` may be called from any but the worker's, which means also not from
+// within the receiver's operations; the destructor when nobody else is in a call. One lock,
+// controlMutex, is held for the whole of each; StopRequest has one of its own, which is a leaf.
+// SmhiExceptions of the channel pass through both.
 class PNRRecordPrivate {
   public:
-    explicit PNRRecordPrivate(std::shared_ptr<KeluBase> sessionChannel,
-                              PnrTiming sessionTiming = {});
+    // REQUIRES: `isHurried` outlives the session. It may become true at any time.
+    PNRRecordPrivate(std::shared_ptr<KeluBase> sessionChannel, PnrTiming sessionTiming,
+                     const std::atomic<bool>& isHurried);
     PNRRecordPrivate(const PNRRecordPrivate&) = delete;
     PNRRecordPrivate& operator=(const PNRRecordPrivate&) = delete;
     // Stops once more, so that the firmware is left without a session; a failure of that goes to
-    // the log only. A firmware that let the last stop wait in vain isn't asked again.
+    // the log only. A firmware that left the last stop unanswered isn't asked again.
     ~PNRRecordPrivate();
 
     // Ends whatever session is open, here or in the firmware, and opens a new one, whose samples go
@@ -49,73 +46,37 @@ class PNRRecordPrivate {
     bool start(SampleReceiver& receiver);
 
     // True if the session ended cleanly, or none was open here and none is open in the firmware
-    // any more. A firmware that stays silent delays it by stopGrace and acknowledgement at most.
+    // any more. It lasts until the firmware has answered, whatever it publishes before that, or has
+    // been silent for the channel's time-out; in a hurry stopGrace and acknowledgement at most.
     // While another thread stops the session, waits for that thread and gives true.
     bool stop();
 
+    // To be called, from any thread, once `isHurried` has become true: returns when no stop is
+    // under way any more, which takes `acknowledgement` at most.
+    void hurryStop();
+
   private:
-    enum class StopState {
-        None = 0,
-        Asked = 1,         // `stop` asks the worker to stop
-        Sent = 2,          // the stop request is sent
-        Draining = 3,      // buffers still come in behind the request
-        Acknowledged = 4,  // the firmware has ended the session
-        Refused = 5,
-    };
-    enum class NotifyCode { None = 0, StartFailed = 1, StopFailed = 2 };
-
-    // Of a message; nothing if that was too short.
-    using Header = std::optional<smhi::Header>;
-
     // With controlMutex held.
+    bool isRecording() const { return worker != nullptr; }
     bool endSession();
     bool stopRecording();
+    void awaitWorker();
     bool closeLeftOverSession();
     bool requestStart();
-    void startWorker();
-    void awaitWorker();
-    Header readReply();
-
-    // On the worker's thread.
-    void WorkerThread();
-    void recordAndReport();
-    void record();
-    void SendStopRecReq();
-    bool readMessage(Bytes& message);
-    void handleMessage(const Bytes& message);
-    void handleBuffer(const Bytes& message);
-    void handleStopAnswer(std::uint8_t status);
-    void handleOther(const Bytes& message);
-    void deliver(const PnrRecord& record);
-    void failWorker(const std::string& reason);
-    void notify();
-    bool isStopping() const;
+    // Of the next message; nothing if that was too short.
+    std::optional<smhi::Header> readReply();
 
     std::shared_ptr<KeluBase> channel;
     PnrTiming timing;
+    const std::atomic<bool>& hurried;
 
-    // Held for the whole of a start or stop: guards isRecording, worker and firmwareSilent.
+    // Guards worker and stopUnanswered.
     std::mutex controlMutex;
-    bool isRecording = false;
-    bool firmwareSilent = false;
-    std::thread worker;
+    bool stopUnanswered = false;
+    StopRequest stopRequest;
+    std::unique_ptr<RecordWorker> worker;
     // How many recordings have been stopped.
     std::atomic<unsigned> finishedStops{0};
-
-    // Between `stop` and the worker. The worker alone leaves every state but None.
-    std::atomic<StopState> stopState{StopState::None};
-    // The next failing read was broken only to make the worker look at stopState.
-    std::atomic<bool> wakeUp{false};
-    // The next failing read ends the worker, whatever wakeUp says.
-    std::atomic<bool> gaveUp{false};
-    std::unique_ptr<platform::SyncObject> exitEvent;  // set by the worker as its last act
-
-    // Of the worker while it runs, else of `start`.
-    SampleReceiver* manager = nullptr;
-    bool running = false;
-    bool damageLogged = false;
-    NotifyCode notifyCode = NotifyCode::None;
-    std::vector<double> values;  // of the record at hand; kept to reuse its memory
 };
 
 }  // namespace tavocal

@@ -33,6 +33,10 @@ std::optional<Header> readHeader(std::span<const std::uint8_t> message) {
                   message[kStatusAt]};
 }
 
+bool isBuffer(const std::optional<Header>& header) {
+    return header && header->command == SMHI_PNR_REC_PUBLISH_BUF;
+}
+
 bool isAnswerTo(const std::optional<Header>& header, std::uint8_t command) {
     return header && header->isResponse && header->command == command;
 }

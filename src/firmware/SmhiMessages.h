@@ -20,6 +20,9 @@ struct Header {
 // Nothing for a message that is too short to have one.
 std::optional<Header> readHeader(std::span<const std::uint8_t> message);
 
+// The message is one of the samples that a record session publishes.
+bool isBuffer(const std::optional<Header>& header);
+
 // The message is an answer to `command`, whatever its status.
 bool isAnswerTo(const std::optional<Header>& header, std::uint8_t command);
 

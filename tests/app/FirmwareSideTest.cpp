@@ -9,7 +9,7 @@
 #include "formats/CalibrationXml.h"
 #include "sensors/SensorFactory.h"
 #include "sensors/model/Sensor.h"
-#include "simulator/firmware/CalibrationBlocks.h"
+#include "simulator/hub/CalibrationBlocks.h"
 #include "simulator/live/LiveDevice.h"
 #include "support/Outcome.h"
 #include "support/WorkingFolder.h"

@@ -23,10 +23,17 @@ class FakeKelu : public KeluBase {
 
     std::vector<Bytes> written() const { return requests; }
     void say(const Bytes& message) {
-        change([&] { script.push_back([message] { return message; }); });
+        next([message] { return message; });
     }
     void fail(const std::string& text) {
-        change([&] { script.push_back([text]() -> Bytes { throw SmhiException(text); }); });
+        next([text]() -> Bytes { throw SmhiException(text); });
+    }
+    void timeOut() {
+        next([]() -> Bytes { throw ChannelTimeout("Failed to read from device, timed out"); });
+    }
+    // Runs when it is read.
+    void next(const std::function<Bytes()>& turn) {
+        change([&] { script.push_back(turn); });
     }
     // Until a reader has taken every message and waits for another.
     void waitUntilBlocked() {
@@ -48,12 +55,15 @@ class FakeKelu : public KeluBase {
         blocked = patient && script.empty() && !cancelled;
         changed.notify_all();
         changed.wait(lock, [this] { return !blocked; });
-        if (std::exchange(cancelled, false) || script.empty()) {
+        if (std::exchange(cancelled, false)) {
+            throw ReadCancelled("Failed to read from device, cancelled");
+        }
+        if (script.empty()) {
             throw SmhiException("Failed to read from device");
         }
-        const auto next = std::move(script.front());
+        const auto turn = std::move(script.front());
         script.pop_front();
-        output = next();
+        output = turn();
         output.resize(std::min<std::size_t>(output.size(), maximum));
     }
     void Close() override {

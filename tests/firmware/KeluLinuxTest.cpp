@@ -136,6 +136,8 @@ TEST_F(KeluLinuxTest, TimeOutsLeaveTheChannelOpen) {
     while ((failure = write(hasty)) == kNoFailure) {
     }
     EXPECT_EQ(failure, "SMHI Error: Failed to write to device, timed out");
+    EXPECT_THROW(hasty.Read(message, 4000), ChannelTimeout);
+    EXPECT_THROW(hasty.Write(message), ChannelTimeout);
     send({1});
     EXPECT_EQ(read(hasty), kNoFailure);
 }
@@ -150,6 +152,8 @@ TEST_F(KeluLinuxTest, CancelledRead) {
     auto reading = std::async(std::launch::async, [this] { return read(kelu); });
     kelu.cancelRead();
     EXPECT_EQ(reading.get(), kReadFailed + ", cancelled");
+    kelu.cancelRead();
+    EXPECT_THROW(kelu.Read(message, 4000), ReadCancelled);
     kelu.cancelRead();
     kelu.Close();
     hangUp();

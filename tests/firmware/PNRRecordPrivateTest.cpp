@@ -73,7 +73,7 @@ class PNRRecordPrivateTest : public testing::Test {
         receiver.deliveries.clear();
         receiver.stages.clear();
         logStart = Logger::instance().text().size();
-        session = std::make_unique<PNRRecordPrivate>(kelu, timing);
+        session = std::make_unique<PNRRecordPrivate>(kelu, timing, hurried);
     }
     // The lines of the log since then with that text, each from "[LEVEL]: " on.
     std::string log(const std::string& text) const {
@@ -93,8 +93,10 @@ class PNRRecordPrivateTest : public testing::Test {
         }
     }
 
-    // The fake firmware is silent between messages, so a stop has no reason for grace.
-    PnrTiming timing{milliseconds(0), milliseconds(0), std::chrono::hours(1)};
+    // The fake firmware is silent between messages, so a stop has no reason for grace. Whoever is
+    // in a hurry gives up at once.
+    PnrTiming timing{milliseconds(0), milliseconds(0), milliseconds(0)};
+    std::atomic<bool> hurried{false};
     std::shared_ptr<FakeKelu> kelu;
     FakeReceiver receiver;
     Messages sayToStart = {kAccepted}, sayToStop = {kAccepted};
@@ -213,16 +215,65 @@ TEST_F(PNRRecordPrivateTest, PublishingFirmwareIsNotCancelled) {
     EXPECT_EQ(kelu->cancels, 0);
 }
 
-TEST_F(PNRRecordPrivateTest, SilentFirmwareIsGivenUpAndNotAskedAgain) {
-    timing.acknowledgement = milliseconds(0);
-    renew();
+TEST_F(PNRRecordPrivateTest, StopWaitsForItsAnswerHoweverMuchIsPublishedBefore) {
     sayToStop = {};
     ASSERT_TRUE(session->start(receiver));
-    EXPECT_FALSE(session->stop());
-    EXPECT_EQ(receiver.stages, std::vector<bool>{false});
-    EXPECT_EQ(PnrTiming().afterRefusal, milliseconds(10));
-    session.reset();
-    EXPECT_EQ(kelu->written(), (Messages{kStop, kStart, kStop}));
+    auto stopped = std::async(std::launch::async, [&] { return session->stop(); });
+    waitForLog("STOP_CMD_ISSUED");
+    for (std::size_t round = 1; round <= 3; ++round) {
+        kelu->waitUntilBlocked();
+        kelu->say(bytesOf(kSample));
+        waitForLog("pnr record session stop req has been issued", round);
+    }
+    EXPECT_EQ(stopped.wait_for(milliseconds(0)), std::future_status::timeout);
+    kelu->say(kAccepted);
+    EXPECT_TRUE(stopped.get());
+    EXPECT_EQ(receiver.deliveries.size(), 3U);
+    EXPECT_TRUE(receiver.stages.empty());
+}
+
+// Until the channel's time-out, or if the operator is in a hurry before the stop, or meanwhile.
+TEST_F(PNRRecordPrivateTest, FirmwareThatLeavesTheStopUnansweredIsNotAskedAgain) {
+    const PnrTiming usual;
+    EXPECT_EQ(usual.afterRefusal, milliseconds(10));
+    EXPECT_EQ(usual.stopGrace + usual.acknowledgement, milliseconds(5500));
+    for (const std::string end : {"time-out", "hurried before", "hurried meanwhile"}) {
+        hurried = false;
+        renew();
+        recording = false;
+        sayToStop = {bytesOf(kSample)};
+        ASSERT_TRUE(session->start(receiver));
+        hurried = end == "hurried before";
+        auto stopped = std::async(std::launch::async, [&] { return session->stop(); });
+        if (!hurried) {
+            waitForLog("pnr record session stop req has been issued");
+            end == "time-out" ? kelu->timeOut() : void(hurried = true);
+        }
+        if (hurried) {
+            session->hurryStop();
+        }
+        EXPECT_FALSE(stopped.get());
+        EXPECT_EQ(receiver.stages, std::vector<bool>{false});
+        session.reset();
+        // Who is in a hurry may give up before the worker has asked at all.
+        EXPECT_LE(kelu->written().size(), 3U) << end;
+    }
+}
+
+TEST_F(PNRRecordPrivateTest, AllLeftOversAreDiscardedButForSomebodyInAHurry) {
+    const std::size_t many = 1200;
+    for (const bool interrupted : {false, true}) {
+        renew();
+        for (std::size_t i = 1; i <= many; ++i) {
+            kelu->next([&, i] {
+                hurried = hurried || (interrupted && i == many / 2);
+                return bytesOf(kSample);
+            });
+        }
+        EXPECT_EQ(session->start(receiver), !interrupted);
+        EXPECT_EQ(logCount("Discard"), interrupted ? many / 2 - 1 : many);
+        EXPECT_TRUE(receiver.deliveries.empty());
+    }
 }
 
 TEST_F(PNRRecordPrivateTest, StopRequestThatCannotBeSent) {
@@ -262,6 +313,18 @@ TEST_F(PNRRecordPrivateTest, ProcessWideSessionIsMadeAnewAndOutlivesTwoStops) {
     EXPECT_TRUE(first.get() && second.get());
     EXPECT_EQ(channels, 3);
     EXPECT_EQ(kelu->written().size(), 12U) << "start, stop, and one stop each before and after";
+    // A hurry ends the stop at hand, and holds for a later session.
+    EXPECT_TRUE(processWide.start(receiver));
+    auto last = std::async(std::launch::async, stop);
+    waitForLog("STOP_CMD_ISSUED", 4);
+    processWide.hurry();
+    EXPECT_FALSE(last.get());
+    processWide.endSession();
+    EXPECT_TRUE(processWide.start(receiver));
+    EXPECT_FALSE(processWide.stop());
+    EXPECT_EQ(channels, 5);
+    // Nobody may have asked the firmware to stop.
+    recording = false;
 }
 
 }  // namespace tavocal::test

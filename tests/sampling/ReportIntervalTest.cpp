@@ -5,7 +5,7 @@
 #include "firmware/FakeKelu.h"
 #include "firmware/SmhiLayout.h"
 #include "sampling/FakeRunParts.h"
-#include "simulator/firmware/FirmwareAnswer.h"
+#include "simulator/messages/FirmwareAnswer.h"
 
 namespace tavocal::test {
 

@@ -2,8 +2,8 @@
 
 #include <utility>
 
+#include "base/Bytes.h"
 #include "base/Failures.h"
-#include "base/LittleEndian.h"
 #include "calibration/CustomXml.h"
 #include "calibration/InertialBlock.h"
 #include "calibration/StaticInertialXml.h"
@@ -56,7 +56,7 @@ void InertialBlockSensor::validateCalibrationData(const CalibrationBlock& block)
     } catch (const CalibrationException&) {
         const bool hasVendorLength = block.size() >= kVendorDataPosition && block[0] == formatId;
         if (!hasVendorLength ||
-            block.size() != maxCalibrationSize + readU16(block, kVendorLengthPosition)) {
+            block.size() != maxCalibrationSize + ByteReader(block).u16(kVendorLengthPosition)) {
             throw;
         }
     }
