@@ -75,42 +75,42 @@ void writeVendorData(XmlElement& data, const CalibrationBlock& block, std::size_
     addBytes(data, kVendorDataName, std::span(block).subspan(position + 2, length));
 }
 
-std::uint16_t readMultiplier(const XmlElement& element) {
+std::uint16_t readMultiplier(const XmlNode& node) {
     constexpr const char* kOutOfRange =
         "Invalid multiplier value in XML input file. Value should be between 0 and 65535.";
-    const std::int32_t number = element.innerText().empty() ? -1 : numberIn(element);
+    const std::int32_t number = node.innerText().empty() ? -1 : numberIn(node);
     if (number < 0 || number > U16::max()) {
-        throw failureAt(element, kOutOfRange);
+        throw failureAt(node, kOutOfRange);
     }
     return static_cast<std::uint16_t>(number);
 }
 
-void warnOfZeroDivider(const XmlElement& element) {
+void warnOfZeroDivider(const XmlNode& node) {
     platform::Console::instance().write(
         "Warning: Ambient Light divider value is set to 0. Changing it to 1. Line: " +
-        nodeName(element) + "\n");
+        nodeName(node) + "\n");
 }
 
-std::uint8_t readDivider(const XmlElement& element) {
-    const std::string text = requiredText(element, kDividerName);
+std::uint8_t readDivider(const XmlNode& multiplier) {
+    const std::string text = requiredText(multiplier, kDividerName);
     if (text.empty()) {
         return 1;
     }
     const std::int32_t number = parseInt(text);
     if (number == 0) {
-        warnOfZeroDivider(element);
+        warnOfZeroDivider(multiplier);
         return 1;
     }
     if (number < 1 || number > U8::max()) {
         throw CalibrationException(
             "Invalid divider value in XML input file. Value should be between 1 and 255. Node: " +
-            nodeName(element));
+            nodeName(multiplier));
     }
     return static_cast<std::uint8_t>(number);
 }
 
 LightScale readScale(const XmlElement& data) {
-    const XmlElement* multiplier = findElement(data, kMultiplierName);
+    const XmlNode* multiplier = data.findChild(kMultiplierName);
     if (multiplier == nullptr) {
         throw failureAt(data, "XML parsing error. Missing Ambient Light multiplier node.");
     }
@@ -118,7 +118,7 @@ LightScale readScale(const XmlElement& data) {
     return {number, readDivider(*multiplier)};
 }
 
-int readStepCount(const XmlElement& steps) {
+int readStepCount(const XmlNode& steps) {
     const std::int32_t count = parseInt(requiredNonEmptyText(steps, kStepCountName));
     if (count < kFewestLightSteps || count > kMostLightSteps) {
         throw failureAt(steps, "XML parsing error. Invalid value for NumOfSteps.");
@@ -126,8 +126,8 @@ int readStepCount(const XmlElement& steps) {
     return count;
 }
 
-const XmlElement& stepField(const XmlElement& step, const wchar_t* name, const char* missing) {
-    const XmlElement* field = findElement(step, name);
+const XmlNode& stepField(const XmlNode& step, const wchar_t* name, const char* missing) {
+    const XmlNode* field = step.findChild(name);
     if (field == nullptr) {
         throw CalibrationException(missing);
     }
@@ -140,7 +140,7 @@ void requireName(const XmlNode& node, const std::wstring& name) {
     }
 }
 
-std::uint16_t readStepValue(const XmlElement& field) {
+std::uint16_t readStepValue(const XmlNode& field) {
     const std::int32_t number = requiredNumber(field, kValueName);
     if (number < 0 || number > U16::max()) {
         throw failureAt(
@@ -149,9 +149,9 @@ std::uint16_t readStepValue(const XmlElement& field) {
     return static_cast<std::uint16_t>(number);
 }
 
-void readStep(const XmlElement& step, CalibrationBlock& block, std::size_t position) {
-    const XmlElement& scale = stepField(step, kStepScaleName, "scale node is NULL.");
-    const XmlElement& lux = stepField(step, kStepLuxName, "lux node is NULL.");
+void readStep(const XmlNode& step, CalibrationBlock& block, std::size_t position) {
+    const XmlNode& scale = stepField(step, kStepScaleName, "scale node is NULL.");
+    const XmlNode& lux = stepField(step, kStepLuxName, "lux node is NULL.");
     requireName(scale, kStepScaleName);
     requireName(lux, kStepLuxName);
     writeU16(block, position, readStepValue(scale));
@@ -159,20 +159,19 @@ void readStep(const XmlElement& step, CalibrationBlock& block, std::size_t posit
 }
 
 // Steps into `block`, which has room for as many as there may be.
-void readSteps(const XmlElement& steps, CalibrationBlock& block) {
+void readSteps(const XmlNode& steps, CalibrationBlock& block) {
     std::size_t place = 0;
     for (const auto& child : steps.children()) {
         requireName(*child, kStepName);
-        const XmlElement* step = child->asElement();
-        if (step == nullptr || place == static_cast<std::size_t>(kMostLightSteps)) {
+        if (place == static_cast<std::size_t>(kMostLightSteps)) {
             throw failureAt(*child, "XML parsing error. Unexpected element ,");
         }
-        readStep(*step, block, endOfSteps(place));
+        readStep(*child, block, endOfSteps(place));
         ++place;
     }
 }
 
-void readVendorData(const XmlElement& vendorData, CalibrationBlock& block) {
+void readVendorData(const XmlNode& vendorData, CalibrationBlock& block) {
     const std::int32_t length = parseInt(requiredNonEmptyText(vendorData, kDataLength));
     const auto bytes = readBinData(vendorData, length);
     block.resize(block.size() + 2);
@@ -206,7 +205,7 @@ CalibrationBlock readAmbientLightPayload(const XmlElement& data, int formatId, i
     CalibrationBlock block = blockHead(formatId, version);
     block.resize(kLightBlockSize);
     block = withLightScale(std::move(block), readScale(data));
-    const XmlElement* steps = findElement(data, kStepsName);
+    const XmlNode* steps = data.findChild(kStepsName);
     if (steps == nullptr) {
         throw CalibrationException("Calibration data node is NULL.");
     }
@@ -214,7 +213,7 @@ CalibrationBlock readAmbientLightPayload(const XmlElement& data, int formatId, i
     block[kLightStepCountPosition] = static_cast<std::uint8_t>(count);
     readSteps(*steps, block);
     block.resize(endOfSteps(static_cast<std::size_t>(count)));
-    if (const XmlElement* vendorData = findElement(data, kVendorDataName)) {
+    if (const XmlNode* vendorData = data.findChild(kVendorDataName)) {
         readVendorData(*vendorData, block);
     }
     return block;

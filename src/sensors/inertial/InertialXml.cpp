@@ -30,7 +30,6 @@ void importWhiteNoise(double value, InertialSensor& sensor) {
 
 void writeInertialPayload(XmlElement& data, const CalibrationBlock& block,
                           const InertialSensor& sensor) {
-    requireBlockSize(block, kBlockHeadSize);
     if (block[0] != sensor.formatId) {
         throw CalibrationException("XML parsing error. Unsupported format of calibration data");
     }
