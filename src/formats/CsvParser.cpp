@@ -148,11 +148,11 @@ void CsvParser::readHeader(CsvLines& lines, Sensor& sensor, bool readLuid) {
         next();
     }
     if (startsWith(line, kFormFactorKey)) {
-        formFactorFromText(std::string(line.substr(kFormFactorKey.size())), sensor.formFactor);
+        setFormFactorFromText(sensor.formFactor, line.substr(kFormFactorKey.size()));
         next();
     }
     if (startsWith(line, kHingeKey)) {
-        hingeFromText(std::string(line.substr(kHingeKey.size())), sensor.hinge);
+        setHingeFromText(sensor.hinge, line.substr(kHingeKey.size()));
         next();
     }
     splitColumns(line, sensor);
@@ -170,9 +170,10 @@ void CsvParser::splitColumns(std::string_view line, const Sensor& sensor) {
     splitFields(line, ',', fullRow(sensor) + 1, tokens);
 }
 
+// What stands behind the digits of a LUID isn't looked at.
 void CsvParser::readLuidLine(std::string_view value, Sensor& sensor) {
     TAVOCAL_LOG(Info, "CsvParser::readFromFile", "LUID is " + std::string(value));
-    if (!parseLuidText(std::string(value), sensor.luid)) {
+    if (!parseLuidText(value.substr(0, 2 * kLuidSize), sensor.luid)) {
         fail("Invalid LUID at input file " + file);
     }
 }
