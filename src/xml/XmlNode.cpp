@@ -18,6 +18,10 @@ void XmlNode::clearChildren() {
     }
 }
 
+std::wstring XmlNode::innerXml() const {
+    return std::wstring(texts.innerXml);
+}
+
 const XmlNode* XmlNode::firstChild() const {
     return childNodes.empty() ? nullptr : childNodes.front().get();
 }
