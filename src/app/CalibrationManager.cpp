@@ -49,7 +49,7 @@ void CalibrationManager::makeExportFolder() const {
         return;
     }
     const std::string folder = cmdLine.value("ExportAllFiles");
-    if (!platform::createFolders(folder)) {
+    if (platform::createFolders(folder) == platform::FolderResult::Failed) {
         print("Failed creating directory\n");
     }
 }
