@@ -29,14 +29,9 @@ constexpr const wchar_t* kStepName = L"Step";
 constexpr const wchar_t* kStepScaleName = L"Scale";
 constexpr const wchar_t* kStepLuxName = L"Lux";
 constexpr const wchar_t* kValueName = L"value";
-constexpr const wchar_t* kVendorDataName = L"VendorData";
 
 using U8 = std::numeric_limits<std::uint8_t>;
 using U16 = std::numeric_limits<std::uint16_t>;
-
-std::size_t endOfSteps(std::size_t steps) {
-    return kLightStepsPosition + kLightStepSize * steps;
-}
 
 void writeScale(XmlElement& data, const CalibrationBlock& block) {
     const LightScale scale = lightScaleOf(block);
@@ -49,7 +44,7 @@ void writeSteps(XmlElement& data, const CalibrationBlock& block, std::size_t cou
     setNumber(steps, kStepCountName, static_cast<std::int64_t>(count));
     for (std::size_t i = 0; i < count; ++i) {
         XmlElement& step = addElement(steps, kStepName);
-        const std::size_t position = endOfSteps(i);
+        const std::size_t position = endOfLightSteps(i);
         setNumber(addElement(step, kStepScaleName), kValueName, readU16(block, position));
         setNumber(addElement(step, kStepLuxName), kValueName, readU16(block, position + 2));
     }
@@ -60,12 +55,7 @@ bool hasVendorData(const CalibrationBlock& block, const CalibrationBlock& origin
         return false;
     }
     requireBlockSize(original, kLightStepsPosition);
-    const int steps = original[kLightStepCountPosition];
-    if (steps < kFewestLightSteps) {
-        throw CalibrationException(
-            "Invalid Ambient Light Sensor calibration data: not enough ALR steps");
-    }
-    return block.size() != endOfSteps(static_cast<std::size_t>(steps));
+    return block.size() != endOfLightSteps(lightStepCount(original));
 }
 
 void writeVendorData(XmlElement& data, const CalibrationBlock& block, std::size_t position) {
@@ -166,14 +156,13 @@ void readSteps(const XmlNode& steps, CalibrationBlock& block) {
         if (place == static_cast<std::size_t>(kMostLightSteps)) {
             throw failureAt(*child, "XML parsing error. Unexpected element ,");
         }
-        readStep(*child, block, endOfSteps(place));
+        readStep(*child, block, endOfLightSteps(place));
         ++place;
     }
 }
 
 void readVendorData(const XmlNode& vendorData, CalibrationBlock& block) {
-    const std::int32_t length = parseInt(requiredNonEmptyText(vendorData, kDataLength));
-    const auto bytes = readBinData(vendorData, length);
+    const auto bytes = readBinData(vendorData, vendorDataLength(vendorData));
     block.resize(block.size() + 2);
     writeU16(block, block.size() - 2, static_cast<std::uint16_t>(bytes.size()));
     block.insert(block.end(), bytes.begin(), bytes.end());
@@ -188,11 +177,11 @@ void writeAmbientLightPayload(XmlElement& data, const CalibrationBlock& block,
         throw CalibrationException("Unsupported format of calibration data");
     }
     const std::size_t steps = block[kLightStepCountPosition];
-    requireBlockSize(block, endOfSteps(steps));
+    requireBlockSize(block, endOfLightSteps(steps));
     writeScale(data, block);
     writeSteps(data, block, steps);
     if (hasVendorData(block, original)) {
-        writeVendorData(data, block, endOfSteps(steps));
+        writeVendorData(data, block, endOfLightSteps(steps));
     }
 }
 
@@ -212,7 +201,7 @@ CalibrationBlock readAmbientLightPayload(const XmlElement& data, int formatId, i
     const int count = readStepCount(*steps);
     block[kLightStepCountPosition] = static_cast<std::uint8_t>(count);
     readSteps(*steps, block);
-    block.resize(endOfSteps(static_cast<std::size_t>(count)));
+    block.resize(endOfLightSteps(static_cast<std::size_t>(count)));
     if (const XmlNode* vendorData = data.findChild(kVendorDataName)) {
         readVendorData(*vendorData, block);
     }

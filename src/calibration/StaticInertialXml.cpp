@@ -6,7 +6,6 @@
 
 #include "base/LittleEndian.h"
 #include "base/Text.h"
-#include "base/TextToNumber.h"
 #include "calibration/InertialBlock.h"
 #include "calibration/XmlBytes.h"
 #include "calibration/XmlFields.h"
@@ -28,7 +27,6 @@ constexpr const wchar_t* kOffsetComment =
 constexpr const wchar_t* kAxisMappingName = L"AxisMapping";
 constexpr const wchar_t* kMatrixName = L"Matrix";
 constexpr const wchar_t* kOffsetName = L"Offset";
-constexpr const wchar_t* kVendorDataName = L"VendorData";
 
 // The elements of each group in the order of the block.
 constexpr std::array<const wchar_t*, 9> kAxisNames = {L"XX", L"XY", L"XZ", L"YX", L"YY",
@@ -39,12 +37,6 @@ constexpr std::array<const wchar_t*, 10> kMatrixNames = {
 constexpr std::size_t kScaleFactorIndex = 9;
 static_assert(kScaleFactorPosition == kScalePosition + 2 * kScaleFactorIndex);
 constexpr std::array<const wchar_t*, 3> kOffsetNames = {L"OffsetX", L"OffsetY", L"OffsetZ"};
-
-// A signed number of two bits.
-int axisElement(std::uint32_t word, std::size_t k) {
-    const int bits = static_cast<int>((word >> (2 * k)) & 3);
-    return bits < 2 ? bits : bits - 4;
-}
 
 void writeAxisMapping(XmlElement& data, const CalibrationBlock& block) {
     addComment(data, kAxisMappingComment);
@@ -148,9 +140,9 @@ void readOffset(const XmlNode& offset, CalibrationBlock& block) {
 }
 
 void readVendorData(const XmlNode& vendorData, CalibrationBlock& block) {
-    const std::int32_t length = parseInt(requiredNonEmptyText(vendorData, kDataLength));
-    const auto bytes = readBytes(
-        vendorData, length, "XML parsing error. VendorData size does not match declared length.");
+    const auto bytes =
+        readBytes(vendorData, vendorDataLength(vendorData),
+                  "XML parsing error. VendorData size does not match declared length.");
     writeU16(block, kVendorLengthPosition, static_cast<std::uint16_t>(bytes.size()));
     block.insert(block.end(), bytes.begin(), bytes.end());
 }

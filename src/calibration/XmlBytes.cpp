@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "base/Text.h"
+#include "base/TextToNumber.h"
 #include "calibration/XmlFields.h"
 #include "xml/XmlElement.h"
 #include "xml/XmlText.h"
@@ -45,6 +46,10 @@ std::vector<std::uint8_t> readBytes(const XmlNode& node, std::int32_t length,
         std::from_chars(pair, pair + 2, bytes[i], 16);
     }
     return bytes;
+}
+
+std::int32_t vendorDataLength(const XmlNode& vendorData) {
+    return parseInt(requiredNonEmptyText(vendorData, kDataLength));
 }
 
 std::vector<std::uint8_t> readBinData(const XmlNode& node, std::int32_t length) {

@@ -14,6 +14,7 @@ class XmlNode;
 // two hexadecimal digits for each.
 
 constexpr const wchar_t* kDataLength = L"DataLength";
+constexpr const wchar_t* kVendorDataName = L"VendorData";
 
 XmlElement& addBytes(XmlElement& parent, const std::wstring& name,
                      std::span<const std::uint8_t> bytes);
@@ -24,7 +25,10 @@ XmlElement& addBytes(XmlElement& parent, const std::wstring& name,
 std::vector<std::uint8_t> readBytes(const XmlNode& node, std::int32_t length,
                                     const std::string& mismatch);
 
-// The same where a length below 1 means that there are no bytes, whatever the text is.
+// The number that a parsed "VendorData" must declare.
+std::int32_t vendorDataLength(const XmlNode& vendorData);
+
+// readBytes where a length below 1 means that there are no bytes, whatever the text is.
 std::vector<std::uint8_t> readBinData(const XmlNode& node, std::int32_t length);
 
 }  // namespace tavocal

@@ -2,6 +2,7 @@
 
 #include "base/Failures.h"
 #include "base/Text.h"
+#include "base/TextToNumber.h"
 #include "formats/CsvLines.h"
 #include "formats/CsvNumbers.h"
 #include "formats/DumpPaths.h"
@@ -68,15 +69,19 @@ bool isComment(std::string_view line) {
     return startsWith(line, "#");
 }
 
+[[noreturn]] void fail(const std::string& message) {
+    throw CalibrationException(message);
+}
+
 // The text between the first "[" and the first "]".
 std::string_view unitField(std::string_view field) {
     const std::size_t open = field.find('[');
     const std::size_t close = field.find(']');
     if (open == std::string_view::npos || close == std::string_view::npos || close < open) {
-        throw CalibrationException("Invalid header format");
+        fail("Invalid header format");
     }
     if (close == open + 1) {
-        throw CalibrationException("Invalid header format, unit is not specified");
+        fail("Invalid header format, unit is not specified");
     }
     return field.substr(open + 1, close - open - 1);
 }
@@ -227,7 +232,7 @@ std::vector<Sample> CsvParser::readRows(CsvLines& lines, const Sensor& sensor,
 
 void CsvParser::parseRow() {
     double time = 0.0;
-    if (!readCsvDouble(tokens[0], time)) {
+    if (!readDouble(tokens[0], time)) {
         fail("CSV parsing error. Invalid timestamp value " + std::string(tokens[0]));
     }
     if (time < 0.0) {
@@ -237,17 +242,13 @@ void CsvParser::parseRow() {
     row.values = Vector(static_cast<int>(tokens.size()) - 1);
     for (int i = 0; i < row.values.size(); ++i) {
         const std::string_view field = tokens[static_cast<std::size_t>(i) + 1];
-        if (!readCsvDouble(field, row.values[i])) {
+        if (!readDouble(field, row.values[i])) {
             fail("CSV parsing error. Invalid value " + std::string(field));
         }
         if (needsConversion) {
             row.values[i] = convertUnit(row.values[i], fileUnit, sensorUnit);
         }
     }
-}
-
-void CsvParser::fail(const std::string& message) const {
-    throw CalibrationException(message);
 }
 
 }  // namespace tavocal

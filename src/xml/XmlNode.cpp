@@ -37,6 +37,11 @@ const XmlNode* XmlNode::findChild(std::wstring_view name) const {
     return found == childNodes.end() ? nullptr : found->get();
 }
 
+void XmlNode::setContent(std::wstring_view content) {
+    texts.value = content;
+    texts.innerText = content;
+}
+
 void XmlNode::addParsedChild(std::unique_ptr<XmlNode> child) {
     child->parentNode = this;
     addChild(std::move(child));

@@ -90,6 +90,8 @@ class XmlNode {
 
     explicit XmlNode(XmlNodeType nodeType);
 
+    // Sets the value, and the innerText, which is the same.
+    void setContent(std::wstring_view content);
     // addChild for a node that was parsed in this one.
     void addParsedChild(std::unique_ptr<XmlNode> child);
 
