@@ -1,27 +1,13 @@
 #include "simulator/base/OutputFolder.h"
 
+#include "base/Text.h"
 #include "platform/Files.h"
 
 namespace tavocal::simulator {
 
-namespace {
-
-std::string withCrlf(std::string_view text) {
-    std::string result;
-    result.reserve(text.size() + text.size() / 16);
-    for (const char c : text) {
-        if (c == '\n') {
-            result += '\r';
-        }
-        result += c;
-    }
-    return result;
-}
-
-}  // namespace
-
 OutputFolder::OutputFolder(const std::string& path, bool crlf) : folder(path), useCrlf(crlf) {
-    if (!platform::createFolders(folder)) {
+    platform::createFolders(folder);
+    if (!platform::isDirectory(folder)) {
         failureText = "Can't make the folder " + folder;
     }
 }
@@ -32,7 +18,7 @@ void OutputFolder::write(const std::string& name, std::string_view text) {
     }
     const std::string path = folder + "\\" + name;
     const std::string reason =
-        useCrlf ? platform::writeFile(path, withCrlf(text)) : platform::writeFile(path, text);
+        platform::writeFile(path, useCrlf ? withCrLf(text) : std::string(text));
     if (!reason.empty()) {
         failureText = "Can't write " + path + ": " + reason;
     }

@@ -157,8 +157,8 @@ Bytes Firmware::pdt() const {
     constexpr std::uint8_t kUnknown = 0xFF;
     std::uint8_t formFactor = kUnknown;
     std::uint8_t hinge = kUnknown;
-    formFactorFromText(options.device.formFactor, formFactor);
-    hingeFromText(options.device.hinge, hinge);
+    setFormFactorFromText(formFactor, options.device.formFactor);
+    setHingeFromText(hinge, options.device.hinge);
     return pdtAnswer(formFactor, hinge);
 }
 

@@ -47,7 +47,7 @@ void CalibrationManager::makeExportFolder() const {
     }
     // Without the backslash behind it.
     const std::string folder = settings.exportFolder.substr(0, settings.exportFolder.size() - 1);
-    if (!platform::createFolders(folder)) {
+    if (platform::createFolders(folder) == platform::FolderResult::Failed) {
         print("Failed creating directory\n");
     }
 }

@@ -115,6 +115,18 @@ std::string hexText(const unsigned char* bytes, std::size_t count) {
     return result;
 }
 
+std::string withCrLf(std::string_view text) {
+    std::string result;
+    result.reserve(text.size() + text.size() / 16);
+    for (const char c : text) {
+        if (c == '\n') {
+            result.push_back('\r');
+        }
+        result.push_back(c);
+    }
+    return result;
+}
+
 bool startsWith(std::string_view text, std::string_view prefix) {
     return text.substr(0, prefix.size()) == prefix;
 }

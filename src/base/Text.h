@@ -28,6 +28,9 @@ std::string narrow(std::wstring_view text);
 // Two lower-case hexadecimal digits for each byte.
 std::string hexText(const unsigned char* bytes, std::size_t count);
 
+// Each LF becomes CR LF.
+std::string withCrLf(std::string_view text);
+
 bool startsWith(std::string_view text, std::string_view prefix);
 bool contains(std::string_view text, std::string_view part);
 

@@ -34,10 +34,22 @@ std::int32_t parseInt(const std::string& text) {
     return value;
 }
 
-double parseDouble(const std::string& text) {
+bool readDouble(std::string_view text, double& value) {
+    const char* const last = text.data() + text.size();
+    const auto result = std::from_chars(text.data(), last, value);
+    if (result.ec == std::errc() && result.ptr == last) {
+        return true;
+    }
+    // Rare forms: blanks in front, a plus sign, hexadecimal, a magnitude out of range.
+    const std::string whole(text);
     char* end = nullptr;
-    const double value = std::strtod(text.c_str(), &end);
-    if (text.empty() || end != text.c_str() + text.size()) {
+    value = std::strtod(whole.c_str(), &end);
+    return !whole.empty() && end == whole.c_str() + whole.size();
+}
+
+double parseDouble(const std::string& text) {
+    double value = 0.0;
+    if (!readDouble(text, value)) {
         throw CalibrationException("Conversion error. Value " + text + " is not a valid double");
     }
     return value;

@@ -48,14 +48,18 @@ CalibrationBlock newLightBody(LightScale scale) {
     return body;
 }
 
-void validateLightSteps(const CalibrationBlock& block) {
-    requireSize(block.size() >= kSmallestLightBlock);
+std::size_t lightStepCount(const CalibrationBlock& block) {
     const std::size_t steps = block[kLightStepCountPosition];
     if (steps < kFewestLightSteps) {
         throw CalibrationException(
             "Invalid Ambient Light Sensor calibration data: not enough ALR steps");
     }
-    requireSize(endsAt(block, kLightStepsPosition + kLightStepSize * steps));
+    return steps;
+}
+
+void validateLightSteps(const CalibrationBlock& block) {
+    requireSize(block.size() >= kSmallestLightBlock);
+    requireSize(endsAt(block, endOfLightSteps(lightStepCount(block))));
 }
 
 }  // namespace tavocal

@@ -28,9 +28,14 @@ constexpr std::size_t kLightStepsPosition = 6;
 constexpr std::size_t kLightStepSize = 4;
 constexpr int kFewestLightSteps = 3;
 constexpr int kMostLightSteps = 15;  // what a block that is made here has room for
-constexpr std::size_t kSmallestLightBlock =
-    kLightStepsPosition + kFewestLightSteps * kLightStepSize;
-constexpr std::size_t kLightBlockSize = kLightStepsPosition + kMostLightSteps * kLightStepSize;
+
+// Where so many steps end.
+constexpr std::size_t endOfLightSteps(std::size_t steps) {
+    return kLightStepsPosition + kLightStepSize * steps;
+}
+
+constexpr std::size_t kSmallestLightBlock = endOfLightSteps(kFewestLightSteps);
+constexpr std::size_t kLightBlockSize = endOfLightSteps(kMostLightSteps);
 
 // A reading times multiplier / divider is in lux.
 struct LightScale {
@@ -46,6 +51,10 @@ CalibrationBlock withLightScale(CalibrationBlock block, LightScale scale);
 // A new block without its head of FormatId and Version: one step, which is zero like the room for
 // the others. The firmware would not take so few steps, so it is good for files only.
 CalibrationBlock newLightBody(LightScale scale);
+
+// NumOfSteps. Throws CalibrationException if those are too few. REQUIRES: a block that has the
+// field.
+std::size_t lightStepCount(const CalibrationBlock& block);
 
 // Throws CalibrationException unless there are enough steps, and the block ends behind them or
 // behind its vendor data. FormatId is not looked at.

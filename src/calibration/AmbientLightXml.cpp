@@ -29,14 +29,9 @@ constexpr const wchar_t* kStepName = L"Step";
 constexpr const wchar_t* kStepScaleName = L"Scale";
 constexpr const wchar_t* kStepLuxName = L"Lux";
 constexpr const wchar_t* kValueName = L"value";
-constexpr const wchar_t* kVendorDataName = L"VendorData";
 
 using U8 = std::numeric_limits<std::uint8_t>;
 using U16 = std::numeric_limits<std::uint16_t>;
-
-std::size_t endOfSteps(std::size_t steps) {
-    return kLightStepsPosition + kLightStepSize * steps;
-}
 
 void writeScale(XmlElement& data, const CalibrationBlock& block) {
     const LightScale scale = lightScaleOf(block);
@@ -49,7 +44,7 @@ void writeSteps(XmlElement& data, const CalibrationBlock& block, std::size_t cou
     setNumber(steps, kStepCountName, static_cast<std::int64_t>(count));
     for (std::size_t i = 0; i < count; ++i) {
         XmlElement& step = addElement(steps, kStepName);
-        const std::size_t position = endOfSteps(i);
+        const std::size_t position = endOfLightSteps(i);
         setNumber(addElement(step, kStepScaleName), kValueName, ByteReader(block).u16(position));
         setNumber(addElement(step, kStepLuxName), kValueName, ByteReader(block).u16(position + 2));
     }
@@ -60,12 +55,7 @@ bool hasVendorData(const CalibrationBlock& block, const CalibrationBlock& origin
         return false;
     }
     requireBlockSize(original, kLightStepsPosition);
-    const int steps = original[kLightStepCountPosition];
-    if (steps < kFewestLightSteps) {
-        throw CalibrationException(
-            "Invalid Ambient Light Sensor calibration data: not enough ALR steps");
-    }
-    return block.size() != endOfSteps(static_cast<std::size_t>(steps));
+    return block.size() != endOfLightSteps(lightStepCount(original));
 }
 
 void writeVendorData(XmlElement& data, const CalibrationBlock& block, std::size_t position) {
@@ -75,42 +65,42 @@ void writeVendorData(XmlElement& data, const CalibrationBlock& block, std::size_
     addBytes(data, kVendorDataName, std::span(block).subspan(position + 2, length));
 }
 
-std::uint16_t readMultiplier(const XmlElement& element) {
+std::uint16_t readMultiplier(const XmlNode& node) {
     constexpr const char* kOutOfRange =
         "Invalid multiplier value in XML input file. Value should be between 0 and 65535.";
-    const std::int32_t number = element.innerText().empty() ? -1 : numberIn(element);
+    const std::int32_t number = node.innerText().empty() ? -1 : numberIn(node);
     if (number < 0 || number > U16::max()) {
-        throw failureAt(element, kOutOfRange);
+        throw failureAt(node, kOutOfRange);
     }
     return static_cast<std::uint16_t>(number);
 }
 
-void warnOfZeroDivider(const XmlElement& element) {
+void warnOfZeroDivider(const XmlNode& node) {
     platform::Console::instance().write(
         "Warning: Ambient Light divider value is set to 0. Changing it to 1. Line: " +
-        nodeName(element) + "\n");
+        nodeName(node) + "\n");
 }
 
-std::uint8_t readDivider(const XmlElement& element) {
-    const std::string text = requiredText(element, kDividerName);
+std::uint8_t readDivider(const XmlNode& multiplier) {
+    const std::string text = requiredText(multiplier, kDividerName);
     if (text.empty()) {
         return 1;
     }
     const std::int32_t number = parseInt(text);
     if (number == 0) {
-        warnOfZeroDivider(element);
+        warnOfZeroDivider(multiplier);
         return 1;
     }
     if (number < 1 || number > U8::max()) {
         throw CalibrationException(
             "Invalid divider value in XML input file. Value should be between 1 and 255. Node: " +
-            nodeName(element));
+            nodeName(multiplier));
     }
     return static_cast<std::uint8_t>(number);
 }
 
 LightScale readScale(const XmlElement& data) {
-    const XmlElement* multiplier = findElement(data, kMultiplierName);
+    const XmlNode* multiplier = data.findChild(kMultiplierName);
     if (multiplier == nullptr) {
         throw failureAt(data, "XML parsing error. Missing Ambient Light multiplier node.");
     }
@@ -118,7 +108,7 @@ LightScale readScale(const XmlElement& data) {
     return {number, readDivider(*multiplier)};
 }
 
-int readStepCount(const XmlElement& steps) {
+int readStepCount(const XmlNode& steps) {
     const std::int32_t count = parseInt(requiredNonEmptyText(steps, kStepCountName));
     if (count < kFewestLightSteps || count > kMostLightSteps) {
         throw failureAt(steps, "XML parsing error. Invalid value for NumOfSteps.");
@@ -126,8 +116,8 @@ int readStepCount(const XmlElement& steps) {
     return count;
 }
 
-const XmlElement& stepField(const XmlElement& step, const wchar_t* name, const char* missing) {
-    const XmlElement* field = findElement(step, name);
+const XmlNode& stepField(const XmlNode& step, const wchar_t* name, const char* missing) {
+    const XmlNode* field = step.findChild(name);
     if (field == nullptr) {
         throw CalibrationException(missing);
     }
@@ -140,7 +130,7 @@ void requireName(const XmlNode& node, const std::wstring& name) {
     }
 }
 
-std::uint16_t readStepValue(const XmlElement& field) {
+std::uint16_t readStepValue(const XmlNode& field) {
     const std::int32_t number = requiredNumber(field, kValueName);
     if (number < 0 || number > U16::max()) {
         throw failureAt(
@@ -149,9 +139,9 @@ std::uint16_t readStepValue(const XmlElement& field) {
     return static_cast<std::uint16_t>(number);
 }
 
-void readStep(const XmlElement& step, CalibrationBlock& block, std::size_t position) {
-    const XmlElement& scale = stepField(step, kStepScaleName, "scale node is NULL.");
-    const XmlElement& lux = stepField(step, kStepLuxName, "lux node is NULL.");
+void readStep(const XmlNode& step, CalibrationBlock& block, std::size_t position) {
+    const XmlNode& scale = stepField(step, kStepScaleName, "scale node is NULL.");
+    const XmlNode& lux = stepField(step, kStepLuxName, "lux node is NULL.");
     requireName(scale, kStepScaleName);
     requireName(lux, kStepLuxName);
     writeU16(block, position, readStepValue(scale));
@@ -159,22 +149,20 @@ void readStep(const XmlElement& step, CalibrationBlock& block, std::size_t posit
 }
 
 // Steps into `block`, which has room for as many as there may be.
-void readSteps(const XmlElement& steps, CalibrationBlock& block) {
+void readSteps(const XmlNode& steps, CalibrationBlock& block) {
     std::size_t place = 0;
     for (const auto& child : steps.children()) {
         requireName(*child, kStepName);
-        const XmlElement* step = child->asElement();
-        if (step == nullptr || place == static_cast<std::size_t>(kMostLightSteps)) {
+        if (place == static_cast<std::size_t>(kMostLightSteps)) {
             throw failureAt(*child, "XML parsing error. Unexpected element ,");
         }
-        readStep(*step, block, endOfSteps(place));
+        readStep(*child, block, endOfLightSteps(place));
         ++place;
     }
 }
 
-void readVendorData(const XmlElement& vendorData, CalibrationBlock& block) {
-    const std::int32_t length = parseInt(requiredNonEmptyText(vendorData, kDataLength));
-    const auto bytes = readBinData(vendorData, length);
+void readVendorData(const XmlNode& vendorData, CalibrationBlock& block) {
+    const auto bytes = readBinData(vendorData, vendorDataLength(vendorData));
     block.resize(block.size() + 2);
     writeU16(block, block.size() - 2, static_cast<std::uint16_t>(bytes.size()));
     block.insert(block.end(), bytes.begin(), bytes.end());
@@ -189,11 +177,11 @@ void writeAmbientLightPayload(XmlElement& data, const CalibrationBlock& block,
         throw CalibrationException("Unsupported format of calibration data");
     }
     const std::size_t steps = block[kLightStepCountPosition];
-    requireBlockSize(block, endOfSteps(steps));
+    requireBlockSize(block, endOfLightSteps(steps));
     writeScale(data, block);
     writeSteps(data, block, steps);
     if (hasVendorData(block, original)) {
-        writeVendorData(data, block, endOfSteps(steps));
+        writeVendorData(data, block, endOfLightSteps(steps));
     }
 }
 
@@ -206,15 +194,15 @@ CalibrationBlock readAmbientLightPayload(const XmlElement& data, int formatId, i
     CalibrationBlock block = blockHead(formatId, version);
     block.resize(kLightBlockSize);
     block = withLightScale(std::move(block), readScale(data));
-    const XmlElement* steps = findElement(data, kStepsName);
+    const XmlNode* steps = data.findChild(kStepsName);
     if (steps == nullptr) {
         throw CalibrationException("Calibration data node is NULL.");
     }
     const int count = readStepCount(*steps);
     block[kLightStepCountPosition] = static_cast<std::uint8_t>(count);
     readSteps(*steps, block);
-    block.resize(endOfSteps(static_cast<std::size_t>(count)));
-    if (const XmlElement* vendorData = findElement(data, kVendorDataName)) {
+    block.resize(endOfLightSteps(static_cast<std::size_t>(count)));
+    if (const XmlNode* vendorData = data.findChild(kVendorDataName)) {
         readVendorData(*vendorData, block);
     }
     return block;

@@ -1,5 +1,6 @@
 #include "calibration/CustomXml.h"
 
+#include <algorithm>
 #include <span>
 
 #include "calibration/XmlBytes.h"
@@ -8,11 +9,11 @@
 namespace tavocal {
 
 void writeCustomPayload(XmlElement& data, const CalibrationBlock& block) {
-    requireBlockSize(block, kBlockHeadSize);
-    addBytes(data, L"OEMCustomData", std::span(block).subspan(kBlockHeadSize));
+    const std::size_t head = std::min(block.size(), kBlockHeadSize);
+    addBytes(data, L"OEMCustomData", std::span(block).subspan(head));
 }
 
-void readCustomPayload(const XmlElement& custom, CalibrationBlock& block) {
+void readCustomPayload(const XmlNode& custom, CalibrationBlock& block) {
     const auto bytes = readBinData(custom, requiredNumber(custom, kDataLength));
     block.insert(block.end(), bytes.begin(), bytes.end());
 }

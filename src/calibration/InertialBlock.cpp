@@ -75,11 +75,15 @@ std::uint32_t compressAxisMapping(const Matrix& matrix) {
     return word;
 }
 
+int axisElement(std::uint32_t word, std::size_t k) {
+    const int bits = static_cast<int>((word >> (2 * k)) & 3);
+    return bits < 2 ? bits : bits - 4;
+}
+
 Matrix expandAxisMapping(std::uint32_t word) {
-    static constexpr std::array<double, 4> kElements = {0.0, 1.0, -2.0, -1.0};
     Matrix matrix(3, 3);
     for (int k = 0; k < 9; ++k) {
-        matrix[k / 3][k % 3] = kElements[(word >> (2 * k)) & 3];
+        matrix[k / 3][k % 3] = axisElement(word, static_cast<std::size_t>(k));
     }
     return matrix;
 }

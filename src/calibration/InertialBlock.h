@@ -55,7 +55,9 @@ FixedPointScale convertScaling(const Matrix& matrix);
 
 // 1 and -1 are kept, any other value is 0. Throws MathException unless 3 by 3.
 std::uint32_t compressAxisMapping(const Matrix& matrix);
-// The 3 by 3 matrix of a mapping word; the bit pair 10 gives -2.
+// Element k of a mapping word, from -2 to 1.
+int axisElement(std::uint32_t word, std::size_t k);
+// The 3 by 3 matrix of a mapping word.
 Matrix expandAxisMapping(std::uint32_t word);
 
 // A static block taken apart, as doubles.

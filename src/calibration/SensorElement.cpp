@@ -38,10 +38,10 @@ const std::array<LuidField, 5> kLuidFields = {{
 
 // An attribute that is an unsigned number of that type.
 template <typename Unsigned>
-Unsigned readUnsigned(const XmlElement& element, const wchar_t* name) {
-    const std::int32_t number = requiredNumber(element, name);
+Unsigned readUnsigned(const XmlNode& node, const wchar_t* name) {
+    const std::int32_t number = requiredNumber(node, name);
     if (number < 0 || number > std::numeric_limits<Unsigned>::max()) {
-        throw failureAt(element, "XML parsing error. " + toUtf8(name) + " has invalid value.");
+        throw failureAt(node, "XML parsing error. " + toUtf8(name) + " has invalid value.");
     }
     return static_cast<Unsigned>(number);
 }
@@ -59,13 +59,13 @@ std::unique_ptr<XmlElement> makeSensorElement(const LUID& luid) {
     return element;
 }
 
-LUID readLuid(const XmlElement& element) {
+LUID readLuid(const XmlNode& sensorNode) {
     LUID luid;
     for (const LuidField& field : kLuidFields) {
         std::visit(
             [&](auto member) {
                 auto& number = luid.*member;
-                number = readUnsigned<std::decay_t<decltype(number)>>(element, field.name);
+                number = readUnsigned<std::decay_t<decltype(number)>>(sensorNode, field.name);
             },
             field.member);
     }
@@ -74,12 +74,12 @@ LUID readLuid(const XmlElement& element) {
 
 XmlElement& addCalibrationData(XmlElement& sensorElement, const CalibrationBlock& block) {
     XmlElement& data = addElement(sensorElement, kCalibrationDataName);
-    setNumber(data, kVersionName, block[1]);
+    setNumber(data, kVersionName, block.size() < kBlockHeadSize ? 0 : block[1]);
     setNumber(data, kFormatIdName, block[0]);
     return data;
 }
 
-CalibrationHead readCalibrationHead(const XmlElement& data) {
+CalibrationHead readCalibrationHead(const XmlNode& data) {
     const int version = readUnsigned<std::uint8_t>(data, kVersionName);
     const int formatId = readUnsigned<std::uint8_t>(data, kFormatIdName);
     return {formatId, version};

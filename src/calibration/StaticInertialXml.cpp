@@ -6,7 +6,6 @@
 
 #include "base/Bytes.h"
 #include "base/Text.h"
-#include "base/TextToNumber.h"
 #include "calibration/InertialBlock.h"
 #include "calibration/XmlBytes.h"
 #include "calibration/XmlFields.h"
@@ -28,7 +27,6 @@ constexpr const wchar_t* kOffsetComment =
 constexpr const wchar_t* kAxisMappingName = L"AxisMapping";
 constexpr const wchar_t* kMatrixName = L"Matrix";
 constexpr const wchar_t* kOffsetName = L"Offset";
-constexpr const wchar_t* kVendorDataName = L"VendorData";
 
 // The elements of each group in the order of the block.
 constexpr std::array<const wchar_t*, 9> kAxisNames = {L"XX", L"XY", L"XZ", L"YX", L"YY",
@@ -39,12 +37,6 @@ constexpr std::array<const wchar_t*, 10> kMatrixNames = {
 constexpr std::size_t kScaleFactorIndex = 9;
 static_assert(kScaleFactorPosition == kScalePosition + 2 * kScaleFactorIndex);
 constexpr std::array<const wchar_t*, 3> kOffsetNames = {L"OffsetX", L"OffsetY", L"OffsetZ"};
-
-// A signed number of two bits.
-int axisElement(std::uint32_t word, std::size_t k) {
-    const int bits = static_cast<int>((word >> (2 * k)) & 3);
-    return bits < 2 ? bits : bits - 4;
-}
 
 void writeAxisMapping(XmlElement& data, const CalibrationBlock& block) {
     addComment(data, kAxisMappingComment);
@@ -75,25 +67,24 @@ void writeOffset(XmlElement& data, const CalibrationBlock& block) {
 void writeVendorData(XmlElement& data, const CalibrationBlock& block) {
     const std::size_t length = ByteReader(block).u16(kVendorLengthPosition);
     if (length != 0) {
-        requireBlockSize(block, kVendorDataPosition + length);
-        addBytes(data, kVendorDataName, std::span(block).subspan(kVendorDataPosition, length));
+        setNumber(addBytes(data, kVendorDataName, std::span(block).subspan(kVendorDataPosition)),
+                  kDataLength, static_cast<std::int64_t>(length));
     }
 }
 
-// The child of a group as the element that the table has at its place, or null.
+// The child of a group is the one that the table has at its place.
 template <std::size_t size>
-const XmlElement* elementAt(const XmlNode& child, const std::array<const wchar_t*, size>& names,
-                            std::size_t place) {
-    return place < size && child.name() == names[place] ? child.asElement() : nullptr;
+bool standsAt(const XmlNode& child, const std::array<const wchar_t*, size>& names,
+              std::size_t place) {
+    return place < size && child.name() == names[place];
 }
 
 std::uint32_t axisBits(const XmlNode& child, std::size_t k) {
-    const XmlElement* element = elementAt(child, kAxisNames, k);
-    if (element == nullptr) {
+    if (!standsAt(child, kAxisNames, k)) {
         throw CalibrationException("XML parsing error. Unexpected element " +
                                    toUtf8(child.value()));
     }
-    const std::int32_t number = numberIn(*element);
+    const std::int32_t number = numberIn(child);
     if (number < -1 || number > 1) {
         throw CalibrationException("XML parsing error. Invalid value for axis element " +
                                    toUtf8(child.value()));
@@ -101,7 +92,7 @@ std::uint32_t axisBits(const XmlNode& child, std::size_t k) {
     return (static_cast<std::uint32_t>(number) & 3) << (2 * k);
 }
 
-void readAxisMapping(const XmlElement& mapping, CalibrationBlock& block) {
+void readAxisMapping(const XmlNode& mapping, CalibrationBlock& block) {
     std::uint32_t word = ByteReader(block).u32(kAxisMappingPosition);
     std::size_t k = 0;
     for (const auto& child : mapping.children()) {
@@ -114,12 +105,11 @@ void readAxisMapping(const XmlElement& mapping, CalibrationBlock& block) {
 
 // ScaleFactor is unsigned in the block, yet the reader takes the range of the others.
 std::int16_t matrixElement(const XmlNode& child, std::size_t k) {
-    const XmlElement* element = elementAt(child, kMatrixNames, k);
-    if (element == nullptr) {
+    if (!standsAt(child, kMatrixNames, k)) {
         throw CalibrationException("XML parsing error. Unexpected element " + nodeName(child));
     }
     using Limits = std::numeric_limits<std::int16_t>;
-    const std::int32_t number = numberIn(*element);
+    const std::int32_t number = numberIn(child);
     if (number < Limits::min() || number > Limits::max()) {
         const std::string text = "XML parsing error. Invalid value for element " + nodeName(child);
         throw CalibrationException(k == kScaleFactorIndex ? text
@@ -128,7 +118,7 @@ std::int16_t matrixElement(const XmlNode& child, std::size_t k) {
     return static_cast<std::int16_t>(number);
 }
 
-void readMatrix(const XmlElement& matrix, CalibrationBlock& block) {
+void readMatrix(const XmlNode& matrix, CalibrationBlock& block) {
     std::size_t k = 0;
     for (const auto& child : matrix.children()) {
         const std::int16_t number = matrixElement(*child, k);
@@ -137,30 +127,29 @@ void readMatrix(const XmlElement& matrix, CalibrationBlock& block) {
     }
 }
 
-void readOffset(const XmlElement& offset, CalibrationBlock& block) {
+void readOffset(const XmlNode& offset, CalibrationBlock& block) {
     std::size_t i = 0;
     for (const auto& child : offset.children()) {
-        const XmlElement* element = elementAt(*child, kOffsetNames, i);
-        if (element == nullptr) {
+        if (!standsAt(*child, kOffsetNames, i)) {
             throw failureAt(*child,
                             "XML parsing error. Unexpected element " + nodeName(*child) + ".");
         }
-        writeU32(block, kOffsetPosition + 4 * i, static_cast<std::uint32_t>(numberIn(*element)));
+        writeU32(block, kOffsetPosition + 4 * i, static_cast<std::uint32_t>(numberIn(*child)));
         ++i;
     }
 }
 
-void readVendorData(const XmlElement& vendorData, CalibrationBlock& block) {
-    const std::int32_t length = parseInt(requiredNonEmptyText(vendorData, kDataLength));
-    const auto bytes = readBytes(
-        vendorData, length, "XML parsing error. VendorData size does not match declared length.");
+void readVendorData(const XmlNode& vendorData, CalibrationBlock& block) {
+    const auto bytes =
+        readBytes(vendorData, vendorDataLength(vendorData),
+                  "XML parsing error. VendorData size does not match declared length.");
     writeU16(block, kVendorLengthPosition, static_cast<std::uint16_t>(bytes.size()));
     block.insert(block.end(), bytes.begin(), bytes.end());
 }
 
 struct Group {
     const wchar_t* name;
-    void (*read)(const XmlElement& element, CalibrationBlock& block);
+    void (*read)(const XmlNode& node, CalibrationBlock& block);
 };
 
 constexpr std::array<Group, 4> kGroups = {{{kAxisMappingName, readAxisMapping},
@@ -180,8 +169,8 @@ void writeStaticPayload(XmlElement& data, const CalibrationBlock& block) {
 
 void readStaticPayload(const XmlElement& data, CalibrationBlock& block) {
     for (const Group& group : kGroups) {
-        if (const XmlElement* element = findElement(data, group.name)) {
-            group.read(*element, block);
+        if (const XmlNode* node = data.findChild(group.name)) {
+            group.read(*node, block);
         }
     }
 }

@@ -19,7 +19,7 @@ void writeWhiteNoisePayload(XmlElement& data, const CalibrationBlock& block) {
 }
 
 std::uint32_t readWhiteNoisePayload(const XmlElement& data) {
-    const XmlElement* noise = findElement(data, kWhiteNoiseName);
+    const XmlNode* noise = data.findChild(kWhiteNoiseName);
     if (noise == nullptr) {
         throw CalibrationException("XML parsing error. Missing white noise value.");
     }

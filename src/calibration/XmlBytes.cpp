@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cctype>
 #include <charconv>
-#include <limits>
 #include <memory>
 
 #include "base/Text.h"
+#include "base/TextToNumber.h"
 #include "calibration/XmlFields.h"
 #include "xml/XmlElement.h"
 #include "xml/XmlText.h"
@@ -21,23 +21,24 @@ bool isHexText(const std::string& text) {
 }
 
 bool isBytesText(const std::string& text, std::int32_t length) {
-    return length >= 0 && length <= std::numeric_limits<std::uint16_t>::max() &&
-           text.size() == 2 * static_cast<std::size_t>(length) && isHexText(text);
+    return length >= 0 && text.size() == 2 * static_cast<std::size_t>(length) && isHexText(text);
 }
 
 }  // namespace
 
-void addBytes(XmlElement& parent, const std::wstring& name, std::span<const std::uint8_t> bytes) {
+XmlElement& addBytes(XmlElement& parent, const std::wstring& name,
+                     std::span<const std::uint8_t> bytes) {
     XmlElement& element = addElement(parent, name);
     setNumber(element, kDataLength, static_cast<std::int64_t>(bytes.size()));
     element.addChild(std::make_unique<XmlText>(widen(hexText(bytes.data(), bytes.size()))));
+    return element;
 }
 
-std::vector<std::uint8_t> readBytes(const XmlElement& element, std::int32_t length,
+std::vector<std::uint8_t> readBytes(const XmlNode& node, std::int32_t length,
                                     const std::string& mismatch) {
-    const std::string text = narrow(element.innerText());
+    const std::string text = narrow(node.innerText());
     if (!isBytesText(text, length)) {
-        throw failureAt(element, mismatch);
+        throw failureAt(node, mismatch);
     }
     std::vector<std::uint8_t> bytes(text.size() / 2);
     for (std::size_t i = 0; i < bytes.size(); ++i) {
@@ -47,11 +48,15 @@ std::vector<std::uint8_t> readBytes(const XmlElement& element, std::int32_t leng
     return bytes;
 }
 
-std::vector<std::uint8_t> readBinData(const XmlElement& element, std::int32_t length) {
-    if (length == 0) {
+std::int32_t vendorDataLength(const XmlNode& vendorData) {
+    return parseInt(requiredNonEmptyText(vendorData, kDataLength));
+}
+
+std::vector<std::uint8_t> readBinData(const XmlNode& node, std::int32_t length) {
+    if (length < 1) {
         return {};
     }
-    return readBytes(element, length,
+    return readBytes(node, length,
                      "XML parsing error. BinData size does not match declared length.");
 }
 

@@ -7,15 +7,14 @@
 #include "xml/XmlAttribute.h"
 #include "xml/XmlComment.h"
 #include "xml/XmlElement.h"
-#include "xml/XmlNames.h"
 #include "xml/XmlText.h"
 
 namespace tavocal {
 
 namespace {
 
-CalibrationException missingField(const XmlElement& element, std::wstring_view attribute) {
-    return failureAt(element, "XML parsing error. Missing field " + toUtf8(attribute) + ".");
+CalibrationException missingField(const XmlNode& node, std::wstring_view attribute) {
+    return failureAt(node, "XML parsing error. Missing field " + toUtf8(attribute) + ".");
 }
 
 }  // namespace
@@ -38,37 +37,29 @@ void setNumber(XmlElement& element, const std::wstring& attribute, std::int64_t 
     element.setAttribute(attribute, std::to_wstring(number));
 }
 
-const XmlElement* findElement(const XmlNode& parent, std::wstring_view name) {
-    for (const auto& child : parent.children()) {
-        if (child->asElement() != nullptr && sameName(child->name(), name)) {
-            return child->asElement();
-        }
-    }
-    return nullptr;
+std::int32_t numberIn(const XmlNode& node) {
+    return parseInt(narrow(node.innerText()));
 }
 
-std::int32_t numberIn(const XmlElement& element) {
-    return parseInt(narrow(element.innerText()));
-}
-
-std::string requiredText(const XmlElement& element, std::wstring_view attribute) {
-    const XmlAttribute* found = element.getAttribute(attribute);
+std::string requiredText(const XmlNode& node, std::wstring_view attribute) {
+    const XmlElement* element = node.asElement();
+    const XmlAttribute* found = element == nullptr ? nullptr : element->getAttribute(attribute);
     if (found == nullptr) {
-        throw missingField(element, attribute);
+        throw missingField(node, attribute);
     }
     return narrow(found->value());
 }
 
-std::string requiredNonEmptyText(const XmlElement& element, std::wstring_view attribute) {
-    std::string text = requiredText(element, attribute);
+std::string requiredNonEmptyText(const XmlNode& node, std::wstring_view attribute) {
+    std::string text = requiredText(node, attribute);
     if (text.empty()) {
-        throw missingField(element, attribute);
+        throw missingField(node, attribute);
     }
     return text;
 }
 
-std::int32_t requiredNumber(const XmlElement& element, std::wstring_view attribute) {
-    return parseInt(requiredText(element, attribute));
+std::int32_t requiredNumber(const XmlNode& node, std::wstring_view attribute) {
+    return parseInt(requiredText(node, attribute));
 }
 
 std::string nodeName(const XmlNode& node) {

@@ -12,7 +12,8 @@ class XmlElement;
 class XmlNode;
 
 // The fields of a calibration file: decimal numbers in elements and attributes. The readers need
-// a tree that was parsed. They throw CalibrationException.
+// a tree that was parsed and take any node that bears the name, so a declaration too: it counts as
+// an element without attributes and children. They throw CalibrationException.
 
 XmlElement& addElement(XmlElement& parent, const std::wstring& name);
 void addComment(XmlElement& parent, const std::wstring& text);
@@ -20,15 +21,13 @@ void addComment(XmlElement& parent, const std::wstring& text);
 XmlElement& addNumber(XmlElement& parent, const std::wstring& name, std::int64_t number);
 void setNumber(XmlElement& element, const std::wstring& attribute, std::int64_t number);
 
-// The first child element of that name, ignoring case, or null.
-const XmlElement* findElement(const XmlNode& parent, std::wstring_view name);
-// The element's text as a number; an empty text is 0. Throws what parseInt throws.
-std::int32_t numberIn(const XmlElement& element);
+// The node's text as a number; an empty text is 0. Throws what parseInt throws.
+std::int32_t numberIn(const XmlNode& node);
 // The text of an attribute; a failure that tells its name if there is none.
-std::string requiredText(const XmlElement& element, std::wstring_view attribute);
+std::string requiredText(const XmlNode& node, std::wstring_view attribute);
 // The same with a failure for an empty text too.
-std::string requiredNonEmptyText(const XmlElement& element, std::wstring_view attribute);
-std::int32_t requiredNumber(const XmlElement& element, std::wstring_view attribute);
+std::string requiredNonEmptyText(const XmlNode& node, std::wstring_view attribute);
+std::int32_t requiredNumber(const XmlNode& node, std::wstring_view attribute);
 
 std::string nodeName(const XmlNode& node);
 // `text` and the node that it is about.

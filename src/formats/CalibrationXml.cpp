@@ -1,7 +1,5 @@
 #include "formats/CalibrationXml.h"
 
-#include <stdexcept>
-
 #include "base/Failures.h"
 #include "calibration/XmlFields.h"
 #include "firmware/SDT.h"
@@ -19,29 +17,16 @@ namespace {
 constexpr const wchar_t* kRootName = L"Tavo";
 constexpr const wchar_t* kCalibrationName = L"Calibration";
 
-// A broken reference in an attribute is as much a malformed file as a result code is.
-void loadDocument(const std::string& path, XmlDocument& document) {
-    bool loaded = false;
-    try {
-        loaded = document.load(path) == XmlResult::Success;
-    } catch (const std::invalid_argument&) {
-        loaded = false;
-    }
-    if (!loaded) {
-        throw CalibrationException("Failed to load XML input file");
-    }
-}
-
-const XmlElement& requiredChild(const XmlNode& parent, const wchar_t* name, const char* missing) {
-    const XmlElement* child = findElement(parent, name);
+const XmlNode& requiredChild(const XmlNode& parent, const wchar_t* name, const char* missing) {
+    const XmlNode* child = parent.findChild(name);
     if (child == nullptr) {
         throw CalibrationException(missing);
     }
     return *child;
 }
 
-const XmlElement& calibrationOf(const XmlDocument& document) {
-    const XmlElement& root = requiredChild(
+const XmlNode& calibrationOf(const XmlDocument& document) {
+    const XmlNode& root = requiredChild(
         document, kRootName, "Failed to load XML input file. Tavo root node could not be located");
     return requiredChild(root, kCalibrationName,
                          "Failed to load XML input file. Calibration node could not be located");
@@ -71,7 +56,9 @@ std::vector<std::shared_ptr<Sensor>> loadCalibrationXml(const std::string& path,
         throw CalibrationException("Failed to open XML input file");
     }
     XmlDocument document;
-    loadDocument(path, document);
+    if (document.load(path) != XmlResult::Success) {
+        throw CalibrationException("Failed to load XML input file");
+    }
     std::vector<std::shared_ptr<Sensor>> sensors;
     for (const auto& node : calibrationOf(document).children()) {
         sensors.push_back(loadSensorNode(*node, firmware));

@@ -16,8 +16,9 @@ void saveCalibrationXml(const std::string& path,
                         const std::vector<std::shared_ptr<Sensor>>& sensors, bool useCurrent);
 
 // The sensors of a calibration file, each with its block to write. Nothing but the first failure
-// leaves it if anything in the file is wrong. Throws CalibrationException, and SmhiException if the
-// firmware doesn't give the present block of a sensor that needs it.
+// leaves it if anything in the file is wrong. Throws CalibrationException, what XmlDocument::load
+// throws, and SmhiException if the firmware doesn't give the present block of a sensor that needs
+// it.
 std::vector<std::shared_ptr<Sensor>> loadCalibrationXml(const std::string& path, SDT& firmware);
 
 }  // namespace tavocal

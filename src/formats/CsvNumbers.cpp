@@ -1,7 +1,6 @@
 #include "formats/CsvNumbers.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <charconv>
 #include <cstdint>
 #include <cstdlib>
@@ -25,19 +24,6 @@ bool isPlainDecimal(std::string_view field) {
 }
 
 }  // namespace
-
-bool readCsvDouble(std::string_view field, double& value) {
-    const char* const last = field.data() + field.size();
-    const auto result = std::from_chars(field.data(), last, value);
-    if (result.ec == std::errc() && result.ptr == last) {
-        return true;
-    }
-    // Rare forms: blanks in front, a plus sign, hexadecimal, a magnitude out of range.
-    const std::string text(field);
-    char* end = nullptr;
-    value = std::strtod(text.c_str(), &end);
-    return !text.empty() && end == text.c_str() + text.size();
-}
 
 double readCsvMilliseconds(std::string_view field) {
     std::uint64_t number = 0;

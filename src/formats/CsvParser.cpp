@@ -2,6 +2,7 @@
 
 #include "base/Failures.h"
 #include "base/Text.h"
+#include "base/TextToNumber.h"
 #include "formats/CsvLines.h"
 #include "formats/CsvNumbers.h"
 #include "formats/DumpPaths.h"
@@ -67,15 +68,19 @@ bool isComment(std::string_view line) {
     return startsWith(line, "#");
 }
 
+[[noreturn]] void fail(const std::string& message) {
+    throw CalibrationException(message);
+}
+
 // The text between the first "[" and the first "]".
 std::string_view unitField(std::string_view field) {
     const std::size_t open = field.find('[');
     const std::size_t close = field.find(']');
     if (open == std::string_view::npos || close == std::string_view::npos || close < open) {
-        throw CalibrationException("Invalid header format");
+        fail("Invalid header format");
     }
     if (close == open + 1) {
-        throw CalibrationException("Invalid header format, unit is not specified");
+        fail("Invalid header format, unit is not specified");
     }
     return field.substr(open + 1, close - open - 1);
 }
@@ -147,11 +152,11 @@ void CsvParser::readHeader(CsvLines& lines, Sensor& sensor, bool readLuid) {
         next();
     }
     if (startsWith(line, kFormFactorKey)) {
-        formFactorFromText(std::string(line.substr(kFormFactorKey.size())), sensor.formFactor);
+        setFormFactorFromText(sensor.formFactor, line.substr(kFormFactorKey.size()));
         next();
     }
     if (startsWith(line, kHingeKey)) {
-        hingeFromText(std::string(line.substr(kHingeKey.size())), sensor.hinge);
+        setHingeFromText(sensor.hinge, line.substr(kHingeKey.size()));
         next();
     }
     splitColumns(line, sensor);
@@ -169,9 +174,10 @@ void CsvParser::splitColumns(std::string_view line, const Sensor& sensor) {
     splitFields(line, ',', fullRow(sensor) + 1, tokens);
 }
 
+// What stands behind the digits of a LUID isn't looked at.
 void CsvParser::readLuidLine(std::string_view value, Sensor& sensor) {
     TAVOCAL_LOG(Info, "CsvParser::readFromFile", "LUID is " + std::string(value));
-    if (!parseLuidText(std::string(value), sensor.luid)) {
+    if (!parseLuidText(value.substr(0, 2 * kLuidSize), sensor.luid)) {
         fail("Invalid LUID at input file " + file);
     }
 }
@@ -225,7 +231,7 @@ std::vector<Sample> CsvParser::readRows(CsvLines& lines, const Sensor& sensor,
 
 void CsvParser::parseRow() {
     double time = 0.0;
-    if (!readCsvDouble(tokens[0], time)) {
+    if (!readDouble(tokens[0], time)) {
         fail("CSV parsing error. Invalid timestamp value " + std::string(tokens[0]));
     }
     if (time < 0.0) {
@@ -235,17 +241,13 @@ void CsvParser::parseRow() {
     row.values = Vector(static_cast<int>(tokens.size()) - 1);
     for (int i = 0; i < row.values.size(); ++i) {
         const std::string_view field = tokens[static_cast<std::size_t>(i) + 1];
-        if (!readCsvDouble(field, row.values[i])) {
+        if (!readDouble(field, row.values[i])) {
             fail("CSV parsing error. Invalid value " + std::string(field));
         }
         if (needsConversion) {
             row.values[i] = convertUnit(row.values[i], fileUnit, sensorUnit);
         }
     }
-}
-
-void CsvParser::fail(const std::string& message) const {
-    throw CalibrationException(message);
 }
 
 }  // namespace tavocal

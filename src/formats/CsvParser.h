@@ -12,7 +12,6 @@
 namespace tavocal {
 
 class CsvLines;
-class Sensor;
 
 // Writes and reads sensor dumps: one text file per sensor, with its LUID, form factor, hinge, a
 // column header and one row per sample. A small value object, made for one job.
@@ -39,7 +38,6 @@ class CsvParser {
     void checkColumns(const Sensor& sensor);
     std::vector<Sample> readRows(CsvLines& lines, const Sensor& sensor, std::size_t textSize);
     void parseRow();
-    [[noreturn]] void fail(const std::string& message) const;
 
     std::string file;  // the one being read
     Unit sensorUnit = Unit::unknown;

@@ -21,17 +21,17 @@ struct PayloadKinds {
     bool hasWhiteNoise;
     bool isInertial;
     bool hasSteps;
-    const XmlElement* custom;  // null if there is none
+    const XmlNode* custom;  // null if there is none
 };
 
 PayloadKinds kindsOf(const XmlElement& data) {
-    const auto has = [&data](const wchar_t* name) { return findElement(data, name) != nullptr; };
+    const auto has = [&data](const wchar_t* name) { return data.findChild(name) != nullptr; };
     PayloadKinds kinds{};
     kinds.isStatic = has(L"AxisMapping") || has(L"Matrix") || has(L"Scale") || has(L"ScaleFactor");
     kinds.hasWhiteNoise = has(L"WhiteNoise");
     kinds.isInertial = kinds.isStatic || kinds.hasWhiteNoise || has(L"Offset");
     kinds.hasSteps = has(L"Steps");
-    kinds.custom = findElement(data, L"OEMCustomData");
+    kinds.custom = data.findChild(L"OEMCustomData");
     return kinds;
 }
 
@@ -66,8 +66,7 @@ void checkKinds(const PayloadKinds& kinds, const Sensor& sensor, const XmlElemen
     }
 }
 
-void readData(const XmlElement& data, Sensor& sensor, SDT& firmware) {
-    const CalibrationHead head = readCalibrationHead(data);
+void readData(const XmlElement& data, const CalibrationHead& head, Sensor& sensor, SDT& firmware) {
     const PayloadKinds kinds = kindsOf(data);
     checkKinds(kinds, sensor, data);
     if (kinds.custom != nullptr) {
@@ -83,18 +82,18 @@ void readData(const XmlElement& data, Sensor& sensor, SDT& firmware) {
 }  // namespace
 
 std::shared_ptr<Sensor> loadSensorNode(const XmlNode& node, SDT& firmware) {
-    const XmlElement* element = node.asElement();
-    if (element == nullptr || node.name() != kSensorElementName) {
+    if (node.name() != kSensorElementName) {
         throw CalibrationException("Failed to load XML input file. Invalid Sensor node name: " +
                                    nodeName(node));
     }
-    std::shared_ptr<Sensor> sensor = makeSensor(readLuid(*element));
-    const XmlElement* data = findElement(*element, kCalibrationDataName);
+    std::shared_ptr<Sensor> sensor = makeSensor(readLuid(node));
+    const XmlNode* data = node.findChild(kCalibrationDataName);
     if (data == nullptr) {
         throw CalibrationException(
             "Failed to load XML input file. Invalid CalibrationData node name.");
     }
-    readData(*data, *sensor, firmware);
+    const CalibrationHead head = readCalibrationHead(*data);
+    readData(*data->asElement(), head, *sensor, firmware);
     return sensor;
 }
 

@@ -10,6 +10,7 @@ struct TestingConfig;
 // outside the range, and 0 for NaN.
 //
 // A readable file without the root element prints the failure and throws CalibrationException.
+// Throws what XmlDocument::load throws.
 void loadTestingConfig(TestingConfig& config);
 
 }  // namespace tavocal

@@ -1,53 +1,19 @@
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
-#include <cstring>
-#include <memory>
-#include <utility>
 
+#include "platform/FileSteps.h"
 #include "platform/Files.h"
 
 namespace tavocal::platform {
 
 namespace {
 
-struct FileCloser {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using FileHandle = std::unique_ptr<std::FILE, FileCloser>;
-
-FileHandle openFile(const std::string& path, const char* mode) {
-    const std::string native = nativePath(path);
-    if (native.empty() || native.find('\0') != std::string::npos) {
-        errno = ENOENT;
-        return nullptr;
-    }
-    return FileHandle(std::fopen(native.c_str(), mode));
-}
-
 bool status(const std::string& path, struct stat& info) {
-    const std::string native = nativePath(path);
-    return !native.empty() && native.find('\0') == std::string::npos &&
-           stat(native.c_str(), &info) == 0;
-}
-
-// A regular file, or nothing yet.
-bool isReplaceable(const std::string& path) {
-    struct stat info {};
-    const std::string native = nativePath(path);
-    return native.find('\0') == std::string::npos &&
-           (lstat(native.c_str(), &info) == 0 ? S_ISREG(info.st_mode) : errno == ENOENT);
-}
-
-// Empty on success, else the reason.
-std::string writeAndClose(FileHandle file, std::string_view content) {
-    if (!file || std::fwrite(content.data(), 1, content.size(), file.get()) != content.size()) {
-        return std::strerror(errno);
-    }
-    // A full disk may show only when the buffer is flushed.
-    return std::fclose(file.release()) == 0 ? std::string() : std::string(std::strerror(errno));
+    return isName(path) && stat(nativePath(path).c_str(), &info) == 0;
 }
 
 }  // namespace
@@ -68,50 +34,31 @@ bool isDirectory(const std::string& path) {
     return status(path, info) && S_ISDIR(info.st_mode);
 }
 
-bool canRead(const std::string& path) {
-    return !isDirectory(path) && openFile(path, "rb") != nullptr;
-}
-
-bool readFile(const std::string& path, std::string& content) {
-    content.clear();
+bool isReplaceable(const std::string& path) {
     struct stat info {};
-    if (!status(path, info) || S_ISDIR(info.st_mode)) {
-        return false;
-    }
-    const FileHandle file = openFile(path, "rb");
-    if (!file) {
-        return false;
-    }
-    // A pipe or a file that still grows has no size to go by, so read until there is no more.
-    std::size_t used = 0;
-    std::size_t got = 0;
-    content.resize(static_cast<std::size_t>(std::max<off_t>(info.st_size, 0)) + 1);
-    do {
-        if (used == content.size()) {
-            content.resize(2 * content.size());
-        }
-        got = std::fread(content.data() + used, 1, content.size() - used, file.get());
-        used += got;
-    } while (got > 0);
-    content.resize(used);
-    return std::ferror(file.get()) == 0;
+    return lstat(nativePath(path).c_str(), &info) == 0 ? S_ISREG(info.st_mode) : errno == ENOENT;
 }
 
-std::string writeFile(const std::string& path, std::string_view content) {
-    const std::string interim = path + ".new";
-    FileHandle file = isReplaceable(path) ? openFile(interim, "wb") : nullptr;
-    if (!file) {
-        return writeAndClose(openFile(path, "wb"), content);
+FileHandle makeFile(const std::string& path, const std::string& original) {
+    constexpr mode_t kPermissions = 0777;
+    const std::string native = nativePath(path);
+    struct stat info {};
+    const bool replaces = status(original, info);
+    const mode_t mode = replaces ? info.st_mode & kPermissions : 0666;
+    const int file = open(native.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+    if (file < 0) {
+        return nullptr;
     }
-    std::string failure = writeAndClose(std::move(file), content);
-    const std::string from = nativePath(interim);
-    if (failure.empty() && std::rename(from.c_str(), nativePath(path).c_str()) != 0) {
-        failure = std::strerror(errno);
+    if (replaces) {
+        // Only root can give a file away. Whose it is comes first, as its change drops permissions.
+        [[maybe_unused]] const int given = fchown(file, info.st_uid, info.st_gid);
+        fchmod(file, mode);
     }
-    if (!failure.empty()) {
-        std::remove(from.c_str());
-    }
-    return failure;
+    return FileHandle(fdopen(file, "wb"));
+}
+
+bool replaceFile(const std::string& path, const std::string& original) {
+    return std::rename(nativePath(path).c_str(), nativePath(original).c_str()) == 0;
 }
 
 std::string writeTextFile(const std::string& path, std::string_view text) {
@@ -119,25 +66,13 @@ std::string writeTextFile(const std::string& path, std::string_view text) {
 }
 
 FolderResult createFolder(const std::string& path) {
-    const std::string native = nativePath(path);
-    if (native.empty() || native.find('\0') != std::string::npos) {
+    if (!isName(path)) {
         return FolderResult::Failed;
     }
-    if (mkdir(native.c_str(), 0777) == 0) {
+    if (mkdir(nativePath(path).c_str(), 0777) == 0) {
         return FolderResult::Created;
     }
     return errno == EEXIST ? FolderResult::Exists : FolderResult::Failed;
-}
-
-bool createFolders(const std::string& path) {
-    const std::string native = nativePath(path);
-    for (std::size_t at = native.find('/', 1); at != std::string::npos;
-         at = native.find('/', at + 1)) {
-        if (createFolder(native.substr(0, at)) == FolderResult::Failed) {
-            return false;
-        }
-    }
-    return createFolder(native) != FolderResult::Failed && isDirectory(native);
 }
 
 }  // namespace tavocal::platform

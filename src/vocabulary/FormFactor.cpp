@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <string_view>
 
 namespace tavocal {
 
@@ -19,13 +18,11 @@ std::string nameOf(const Names& names, std::uint8_t value) {
 }
 
 template <typename Names>
-bool findName(const Names& names, const std::string& text, std::uint8_t& value) {
+void setFromName(const Names& names, std::uint8_t& value, std::string_view text) {
     const auto found = std::find(names.begin(), names.end(), text);
-    if (found == names.end()) {
-        return false;
+    if (found != names.end()) {
+        value = static_cast<std::uint8_t>(found - names.begin());
     }
-    value = static_cast<std::uint8_t>(found - names.begin());
-    return true;
 }
 
 }  // namespace
@@ -38,12 +35,12 @@ std::string hingeText(std::uint8_t hinge) {
     return nameOf(kHinges, hinge);
 }
 
-bool formFactorFromText(const std::string& text, std::uint8_t& formFactor) {
-    return findName(kFormFactors, text, formFactor);
+void setFormFactorFromText(std::uint8_t& formFactor, std::string_view text) {
+    setFromName(kFormFactors, formFactor, text);
 }
 
-bool hingeFromText(const std::string& text, std::uint8_t& hinge) {
-    return findName(kHinges, text, hinge);
+void setHingeFromText(std::uint8_t& hinge, std::string_view text) {
+    setFromName(kHinges, hinge, text);
 }
 
 }  // namespace tavocal

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace tavocal {
 
@@ -27,9 +28,8 @@ enum class Hinge : std::uint8_t {
 std::string formFactorText(std::uint8_t formFactor);
 std::string hingeText(std::uint8_t hinge);
 
-// Sets the value of a name, which is case-sensitive. False, with the value unchanged, for any
-// other text.
-bool formFactorFromText(const std::string& text, std::uint8_t& formFactor);
-bool hingeFromText(const std::string& text, std::uint8_t& hinge);
+// Set the value of a name, which is case-sensitive. Any other text leaves it as it was.
+void setFormFactorFromText(std::uint8_t& formFactor, std::string_view text);
+void setHingeFromText(std::uint8_t& hinge, std::string_view text);
 
 }  // namespace tavocal

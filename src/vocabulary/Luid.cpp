@@ -23,7 +23,7 @@ std::uint16_t word(std::uint8_t lowByte, std::uint8_t highByte) {
 }
 
 template <typename Field>
-Field hexField(const std::string& text, std::size_t first, std::size_t digits) {
+Field hexField(std::string_view text, std::size_t first, std::size_t digits) {
     Field value = 0;
     std::from_chars(text.data() + first, text.data() + first + digits, value, 16);
     return value;
@@ -38,7 +38,7 @@ std::string luidText(const LUID& luid) {
     return hexText(digits.data(), digits.size());
 }
 
-bool parseLuidText(const std::string& text, LUID& luid) {
+bool parseLuidText(std::string_view text, LUID& luid) {
     const auto isDigit = [](char c) { return std::isxdigit(static_cast<unsigned char>(c)) != 0; };
     if (text.size() != 2 * kLuidSize || !std::all_of(text.begin(), text.end(), isDigit)) {
         return false;

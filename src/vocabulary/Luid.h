@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace tavocal {
 
@@ -26,7 +27,7 @@ constexpr std::size_t kLuidSize = 8;
 std::string luidText(const LUID& luid);
 
 // Reads what luidText prints. False, with `luid` unchanged, for anything but 16 hexadecimal digits.
-bool parseLuidText(const std::string& text, LUID& luid);
+bool parseLuidText(std::string_view text, LUID& luid);
 
 // The wire form.
 std::array<std::uint8_t, kLuidSize> luidBytes(const LUID& luid);

@@ -13,9 +13,8 @@ constexpr std::wstring_view kClosing = L"-->";
 
 XmlComment::XmlComment() : XmlNode(XmlNodeType::Comment) {}
 
-XmlComment::XmlComment(std::wstring text) : XmlComment() {
-    texts.innerText = text;
-    texts.value = std::move(text);
+XmlComment::XmlComment(std::wstring_view text) : XmlComment() {
+    setContent(text);
 }
 
 XmlResult XmlComment::parse(XmlCursor& cursor) {
@@ -23,8 +22,7 @@ XmlResult XmlComment::parse(XmlCursor& cursor) {
     if (!cursor.consume(kOpening)) {
         return XmlResult::OpeningTokenMissing;
     }
-    texts.value = cursor.takeUntil(kClosing);
-    texts.innerText = texts.value;
+    setContent(cursor.takeUntil(kClosing));
     cursor.consume(kClosing);
     texts.outerXml = cursor.since(start);
     return XmlResult::Success;

@@ -8,7 +8,7 @@ namespace tavocal {
 class XmlComment : public XmlNode {
   public:
     XmlComment();
-    explicit XmlComment(std::wstring text);
+    explicit XmlComment(std::wstring_view text);
 
     [[nodiscard]] XmlResult parse(XmlCursor& cursor) override;
     void print(std::wstring& out, std::uint8_t level) const override;

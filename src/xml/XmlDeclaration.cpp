@@ -13,10 +13,10 @@ constexpr std::wstring_view kClosing = L"?>";
 
 XmlDeclaration::XmlDeclaration() : XmlNode(XmlNodeType::Declaration) {}
 
-XmlDeclaration::XmlDeclaration(std::wstring name, std::wstring attributeText) : XmlDeclaration() {
+XmlDeclaration::XmlDeclaration(std::wstring name, std::wstring_view attributeText)
+    : XmlDeclaration() {
     texts.name = std::move(name);
-    texts.innerText = attributeText;
-    texts.value = std::move(attributeText);
+    setContent(attributeText);
 }
 
 XmlResult XmlDeclaration::parse(XmlCursor& cursor) {
@@ -28,8 +28,7 @@ XmlResult XmlDeclaration::parse(XmlCursor& cursor) {
     if (cursor.atBlank()) {
         cursor.advance();
     }
-    texts.value = cursor.takeUntil(kClosing);
-    texts.innerText = texts.value;
+    setContent(cursor.takeUntil(kClosing));
     cursor.consume(kClosing);
     texts.outerXml = cursor.since(start);
     return XmlResult::Success;

@@ -9,7 +9,7 @@ namespace tavocal {
 class XmlDeclaration : public XmlNode {
   public:
     XmlDeclaration();
-    XmlDeclaration(std::wstring name, std::wstring attributeText);
+    XmlDeclaration(std::wstring name, std::wstring_view attributeText);
 
     [[nodiscard]] XmlResult parse(XmlCursor& cursor) override;
     void print(std::wstring& out, std::uint8_t level) const override;

@@ -35,6 +35,14 @@ XmlDocument::~XmlDocument() {
     clearChildren();
 }
 
+std::wstring XmlDocument::innerXml() const {
+    std::wstring text;
+    for (const auto& child : children()) {
+        text += child->outerXml();
+    }
+    return text;
+}
+
 XmlResult XmlDocument::load(const std::string& path) {
     if (path.empty()) {
         return XmlResult::EmptyPath;
@@ -64,7 +72,6 @@ void XmlDocument::clear() {
     clearChildren();
     texts = Texts();
     buffer = std::wstring();
-    childrenXml = std::wstring();
 }
 
 XmlResult XmlDocument::parseBuffer() {
@@ -87,8 +94,6 @@ XmlResult XmlDocument::parseChild(XmlCursor& cursor) {
     if (result != XmlResult::Success) {
         return result;
     }
-    childrenXml += child->outerXml();
-    texts.innerXml = childrenXml;
     texts.innerText += child->innerText();
     addParsedChild(std::move(child));
     return XmlResult::Success;

@@ -19,6 +19,9 @@ class XmlDocument : public XmlNode {
     // The children go before the text that they point into.
     ~XmlDocument() override;
 
+    // Without the blanks between the children.
+    std::wstring innerXml() const override;
+
     // Reads a UTF-8 file. CR LF counts as LF, a byte order mark is skipped, and the text ends at
     // the first NUL. On a failure what was read before it stays in the tree. An empty path leaves
     // the document as it was. Throws what decodeReferences throws.
@@ -35,7 +38,6 @@ class XmlDocument : public XmlNode {
     XmlResult parseChild(XmlCursor& cursor);
 
     std::wstring buffer;
-    std::wstring childrenXml;  // the text without the blanks between the children
 };
 
 }  // namespace tavocal

@@ -18,6 +18,10 @@ void XmlNode::clearChildren() {
     }
 }
 
+std::wstring XmlNode::innerXml() const {
+    return std::wstring(texts.innerXml);
+}
+
 const XmlNode* XmlNode::firstChild() const {
     return childNodes.empty() ? nullptr : childNodes.front().get();
 }
@@ -31,6 +35,11 @@ const XmlNode* XmlNode::findChild(std::wstring_view name) const {
         std::find_if(childNodes.begin(), childNodes.end(),
                      [name](const auto& child) { return sameName(child->name(), name); });
     return found == childNodes.end() ? nullptr : found->get();
+}
+
+void XmlNode::setContent(std::wstring_view content) {
+    texts.value = content;
+    texts.innerText = content;
 }
 
 void XmlNode::addParsedChild(std::unique_ptr<XmlNode> child) {

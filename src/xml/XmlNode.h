@@ -30,8 +30,8 @@ enum class XmlNodeType : std::int32_t {
 //   value      texts, comments, attributes, and the attribute text of declarations
 //   innerText  the same as `value` for texts, comments and declarations; for a parsed element the
 //              values of its own text children, for a parsed document the texts of its children
-//   outerXml, innerXml  the source text of a parsed node and of its children. They are views into
-//              the document's text and hold until the document is loaded again or destroyed.
+//   outerXml, innerXml  the source text of a parsed node and of its children. outerXml is a view
+//              into the document's text and holds until that is loaded again or destroyed.
 class XmlNode {
   public:
     using Children = std::vector<std::unique_ptr<XmlNode>>;
@@ -44,7 +44,7 @@ class XmlNode {
     const std::wstring& name() const { return texts.name; }
     const std::wstring& value() const { return texts.value; }
     const std::wstring& innerText() const { return texts.innerText; }
-    std::wstring_view innerXml() const { return texts.innerXml; }
+    virtual std::wstring innerXml() const;
     std::wstring_view outerXml() const { return texts.outerXml; }
 
     // Set by the parser alone: null in a tree that was built by hand, and for the attributes.
@@ -90,6 +90,8 @@ class XmlNode {
 
     explicit XmlNode(XmlNodeType nodeType);
 
+    // Sets the value, and the innerText, which is the same.
+    void setContent(std::wstring_view content);
     // addChild for a node that was parsed in this one.
     void addParsedChild(std::unique_ptr<XmlNode> child);
 

@@ -6,9 +6,8 @@ namespace tavocal {
 
 XmlText::XmlText() : XmlNode(XmlNodeType::Text) {}
 
-XmlText::XmlText(std::wstring text) : XmlText() {
-    texts.innerText = text;
-    texts.value = std::move(text);
+XmlText::XmlText(std::wstring_view text) : XmlText() {
+    setContent(text);
 }
 
 XmlResult XmlText::parse(XmlCursor& cursor) {
@@ -18,8 +17,7 @@ XmlResult XmlText::parse(XmlCursor& cursor) {
         cursor.advance();
     }
     texts.outerXml = cursor.since(start);
-    texts.value = texts.outerXml;
-    texts.innerText = texts.outerXml;
+    setContent(texts.outerXml);
     return XmlResult::Success;
 }
 

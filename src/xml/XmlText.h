@@ -8,7 +8,7 @@ namespace tavocal {
 class XmlText : public XmlNode {
   public:
     XmlText();
-    explicit XmlText(std::wstring text);
+    explicit XmlText(std::wstring_view text);
 
     // No character other than white space was parsed. Stays true for a text built by hand.
     bool isBlank() const { return blank; }

@@ -87,6 +87,9 @@ TEST_F(CalibrationXmlTest, FilesThatAreNone) {
                        "DataLength='0'/></CalibrationData></Sensor>"}})) {
         EXPECT_EQ(outcomeOf(text), failure) << text;
     }
+    EXPECT_TRUE(load("<Tavo><?Calibration x?><Calibration><a/></Calibration></Tavo>").empty());
+    EXPECT_EQ(messageOf<std::invalid_argument>([&] { load("<Tavo a='&#ABC;'/>"); }),
+              "invalid stoi argument");
 }
 
 }  // namespace tavocal::test

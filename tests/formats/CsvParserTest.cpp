@@ -53,8 +53,9 @@ TEST_F(CsvParserTest, WritesEachSensorToTheLetter) {
 }
 
 TEST_F(CsvParserTest, ReadsWhatIsWiderThanWhatItWrites) {
-    const std::string text = "#c\n#c\nLUID=0073ABCD12340001\n\n#c\n\nFORMFACTOR=MID\nHINGE=TOP\n" +
-                             kHeader + "#c\n\n1.9,1,-2.5,3\n1, 2,+3,0x10\n5\n010,1e1,2,3";
+    const std::string text =
+        "#c\n#c\nLUID=0073ABCD12340001F?\n\n#c\n\nFORMFACTOR=MID\nHINGE=TOP\n" + kHeader +
+        "#c\n\n1.9,1,-2.5,3\n1, 2,+3,0x10\n5\n010,1e1,2,3";
     for (const std::string& spelling : {text, replaceAll(text, "\n", "\r\n")}) {
         const std::vector<Sample> samples = read(spelling);
         ASSERT_EQ(samples.size(), 4U);

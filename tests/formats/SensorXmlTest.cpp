@@ -31,6 +31,9 @@ TEST_F(SensorXmlTest, ReadsAttributesInOrder) {
     }
     EXPECT_EQ(load(text).at(0)->getLuid(), (LUID{1, 65534, 65535, 255, 254}));
     EXPECT_EQ(outcomeOf(text), "fffd");
+    const std::string name = "<CalibrationData ";
+    EXPECT_EQ(outcomeOf(replaceAll(text, name, "<?CalibrationData x?>" + name)),
+              "XML parsing error. Missing field Version. Line: CalibrationData");
     EXPECT_EQ(outcomeOf(replaceAll(text, "CalibrationData", "Data")),
               "Failed to load XML input file. Invalid CalibrationData node name.");
 }

@@ -104,6 +104,10 @@ TEST_F(TestingConfigFileTest, WithoutAGoodFileNothingChanges) {
         EXPECT_EQ(failure, expected) << text;
         EXPECT_EQ(screen, expected == kNoFailure ? "" : expected + "\n") << text;
     }
+    folder.write("TestingConfig.xml", "<TestingConfig a='&#ABC;'/>");
+    Config config;
+    EXPECT_EQ(messageOf<std::invalid_argument>([&] { loadTestingConfig(config); }),
+              "invalid stoi argument");
     std::filesystem::remove("TestingConfig.xml");
     std::filesystem::create_directory("TestingConfig.xml");
     expectDefaults(loaded());

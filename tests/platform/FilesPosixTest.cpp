@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <filesystem>
@@ -8,6 +10,25 @@
 #include "support/TempFolder.h"
 
 namespace tavocal::test {
+
+namespace {
+
+std::size_t filesIn(const TempFolder& folder) {
+    return static_cast<std::size_t>(
+        std::distance(std::filesystem::directory_iterator(folder.path()), {}));
+}
+
+struct stat statusOf(const std::string& path) {
+    struct stat info {};
+    EXPECT_EQ(stat(path.c_str(), &info), 0) << path;
+    return info;
+}
+
+mode_t permissionsOf(const std::string& path) {
+    return statusOf(path).st_mode & 07777;
+}
+
+}  // namespace
 
 TEST(FilesPosixTest, FileKeepsItsContentWhenTheNewOneDoesNotFit) {
     const TempFolder folder;
@@ -27,7 +48,51 @@ TEST(FilesPosixTest, FileKeepsItsContentWhenTheNewOneDoesNotFit) {
     setrlimit(RLIMIT_FSIZE, &before);
     EXPECT_EQ(platform::writeTextFile(path, "better"), "");
     // Nothing is left beside it.
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1);
+    EXPECT_EQ(filesIn(folder), 1U);
+}
+
+TEST(FilesPosixTest, ReplacedFileKeepsItsPermissionsAndItsNeighbours) {
+    const TempFolder folder;
+    const std::string path = folder.path("file.xml");
+    const mode_t mask = umask(027);
+    EXPECT_EQ(platform::writeFile(path, "first"), "");
+    EXPECT_EQ(permissionsOf(path), 0640U);
+    folder.write("file.xml.new", "the user's");
+    std::filesystem::create_symlink(folder.path("nothing"), folder.path("file.xml.new1"));
+    for (const mode_t mode : {0606U, 0400U}) {
+        EXPECT_EQ(chmod(path.c_str(), mode), 0);
+        EXPECT_EQ(platform::writeFile(path, std::to_string(mode)), "");
+        EXPECT_EQ(fileContent(path), std::to_string(mode));
+        EXPECT_EQ(permissionsOf(path), mode);
+    }
+    umask(mask);
+    EXPECT_EQ(fileContent(folder.path("file.xml.new")), "the user's");
+    EXPECT_EQ(filesIn(folder), 3U);
+}
+
+TEST(FilesPosixTest, AnotherUsersFileStaysTheirsAndIsWrittenWhereItCannotBeReplaced) {
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "only root can take on another user's rights";
+    }
+    constexpr uid_t kNobody = 65534;
+    const TempFolder folder;
+    const std::string path = folder.write("file.xml", "old");
+    ASSERT_EQ(chown(path.c_str(), kNobody, kNobody), 0);
+    EXPECT_EQ(platform::writeFile(path, "root's"), "");
+    EXPECT_EQ(statusOf(path).st_uid, kNobody);
+    EXPECT_EQ(statusOf(path).st_gid, kNobody);
+    // A folder that takes no new files, and one that gives up no file of others.
+    ASSERT_EQ(chown(path.c_str(), 0, 0) + chmod(path.c_str(), 0666), 0);
+    for (const mode_t mode : {0755U, 01777U}) {
+        ASSERT_EQ(chmod(folder.path().c_str(), mode), 0);
+        ASSERT_EQ(seteuid(kNobody), 0);
+        const std::string failure = platform::writeFile(path, std::to_string(mode));
+        ASSERT_EQ(seteuid(0), 0);
+        EXPECT_EQ(failure, "");
+        EXPECT_EQ(fileContent(path), std::to_string(mode));
+        EXPECT_EQ(statusOf(path).st_uid, 0U);
+        EXPECT_EQ(filesIn(folder), 1U);
+    }
 }
 
 TEST(FilesPosixTest, WhatIsNoPlainFileIsWrittenInPlaceAndReadToItsEnd) {

@@ -26,13 +26,42 @@ TEST(FilesTest, FoldersAreMadeUnlessAFileStandsThere) {
     EXPECT_EQ(platform::createFolder(a + "\\b"), FolderResult::Failed);
     EXPECT_EQ(platform::createFolder(a), FolderResult::Created);
     EXPECT_EQ(platform::createFolder(a), FolderResult::Exists);
-    EXPECT_TRUE(platform::createFolders(a + "\\b/c\\") && platform::createFolders(a + "\\b\\c"));
-    EXPECT_TRUE(platform::isDirectory(a + "\\b\\c\\"));
+    EXPECT_EQ(platform::createFolders(a + "\\b/c/d"), FolderResult::Created);
+    EXPECT_EQ(platform::createFolders(a + "\\e/f\\"), FolderResult::Exists);
+    EXPECT_TRUE(platform::isDirectory(a + "\\b\\c\\d") && platform::isDirectory(a + "\\e\\f\\"));
     const std::string file = folder.write("a/b/c/file", "x");
     EXPECT_TRUE(platform::fileExists(a + "\\b\\c\\file") && !platform::isDirectory(file));
     EXPECT_EQ(platform::createFolder(file), FolderResult::Exists);
-    EXPECT_FALSE(platform::createFolders(file) || platform::createFolders(file + "\\sub\\deep"));
+    EXPECT_EQ(platform::createFolders(file), FolderResult::Exists);
+    EXPECT_EQ(platform::createFolders(file + "\\sub\\deep"), FolderResult::Failed);
     EXPECT_EQ(fileContent(file), "x");
+}
+
+// The folder, what the system answers in turn, and what is asked of it. C created, E exists,
+// F failed.
+TEST(FilesTest, ParentsAreMadeOnlyAfterTheFolderFailsAndDecideNothing) {
+    const std::string answers = "CEF";
+    for (const auto& [path, answered, asked] :
+         {std::tuple<std::string, std::string, std::string>{"out", "C", "out"},
+          {"C:\\a\\out", "E", "C:\\a\\out"},
+          {"C:\\a\\out", "FFEC", "C:\\a\\out C: C:\\a C:\\a\\out"},
+          {"\\\\server\\a\\out", "FFFFC",
+           "\\\\server\\a\\out \\ \\\\server \\\\server\\a \\\\server\\a\\out"},
+          {"a/out\\", "FCCE", "a/out\\ a a/out a/out\\"},
+          {"a\\out", "FEF", "a\\out a a\\out"},
+          {"out", "FF", "out out"}}) {
+        std::string calls;
+        std::size_t call = 0;
+        const auto create = [&, &given = answered](const std::string& folder) {
+            calls += (calls.empty() ? "" : " ") + folder;
+            return static_cast<FolderResult>(answers.find(given.at(call++)));
+        };
+        EXPECT_EQ(static_cast<std::size_t>(platform::createFolders(path, create)),
+                  answers.find(answered.back()))
+            << path;
+        EXPECT_EQ(calls, asked);
+        EXPECT_EQ(call, answered.size()) << path;
+    }
 }
 
 TEST(FilesTest, NoFileIsAFolderHasAnEmptyPathOrOneWithNul) {
@@ -47,8 +76,9 @@ TEST(FilesTest, NoFileIsAFolderHasAnEmptyPathOrOneWithNul) {
         EXPECT_FALSE(platform::canRead(path) || platform::readFile(path, content));
         EXPECT_EQ(content, "");
         EXPECT_NE(platform::writeFile(path, "x"), "");
-        EXPECT_EQ(platform::createFolder(path) == FolderResult::Failed, !isFolder);
-        EXPECT_EQ(platform::createFolders(path), isFolder);
+        const FolderResult expected = isFolder ? FolderResult::Exists : FolderResult::Failed;
+        EXPECT_EQ(platform::createFolder(path), expected);
+        EXPECT_EQ(platform::createFolders(path), expected);
     }
     EXPECT_FALSE(platform::fileExists(folder.path("new")));
     EXPECT_EQ(fileContent(file), "x");

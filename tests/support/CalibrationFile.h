@@ -54,6 +54,7 @@ inline const std::map<std::string, std::pair<std::string, std::string>> kKinds =
 inline const TextTable kMeanings = {{"BAD", "XML parsing error."},
                                     {"SCALE", "<Multiplier Divider='100'>250</Multiplier>"},
                                     {"LEVELS", "<Steps NumOfSteps='3'>STEPSTEPSTEP</Steps>"},
+                                    {"BIG", std::string(131072, 'a')},
                                     {"STEP", "<Step><Scale value='1'/><Lux value='2'/></Step>"}};
 
 // A folder for calibration files, beside a firmware with a block for each kind of sensor but the

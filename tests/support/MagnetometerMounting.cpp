@@ -17,8 +17,8 @@ std::unique_ptr<Magnetometer> MagnetometerMounting::makeSensor(RunContext& run) 
     const auto instance = static_cast<std::uint8_t>(secondary ? 1 : 0);
     auto sensor =
         std::make_unique<Magnetometer>(LUID{kMagnetometerType, 0, 0, instance, kStaticFlag});
-    formFactorFromText(formFactor, sensor->formFactor);
-    hingeFromText(hinge, sensor->hinge);
+    setFormFactorFromText(sensor->formFactor, formFactor);
+    setHingeFromText(sensor->hinge, hinge);
     sensor->setManager(&run);
     return sensor;
 }

@@ -66,7 +66,6 @@ void InertialBlockSensor::validateCalibrationData(const CalibrationBlock& block)
 
 void InertialBlockSensor::writeCalibrationXml(XmlElement& data,
                                               const CalibrationBlock& block) const {
-    requireBlockSize(block, kBlockHeadSize);
     if (block[0] != formatId) {
         throw CalibrationException("XML parsing error. Unsupported format of calibration data");
     }

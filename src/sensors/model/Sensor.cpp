@@ -83,7 +83,6 @@ std::unique_ptr<XmlElement> Sensor::sensorToXml(bool useCurrent) const {
         return nullptr;
     }
     const CalibrationBlock& block = useOriginal ? originalCalibration : calibrationToWrite;
-    requireBlockSize(block, kBlockHeadSize);
     auto element = makeSensorElement(luid);
     XmlElement& data = addCalibrationData(*element, block);
     if (block[0] < kFirstVendorFormat) {
