@@ -8,9 +8,6 @@ namespace tavocal {
 
 namespace {
 
-constexpr int kInertialKind = 1;
-constexpr int kAmbientLightKind = 2;
-
 template <typename Class>
 const Class& as(const Sensor& sensor) {
     const auto* cast = dynamic_cast<const Class*>(&sensor);
@@ -37,11 +34,11 @@ std::vector<Sample> calibrated(const std::vector<Sample>& samples, Calibrate cal
 SensorDataMap calibratedSamples(const SensorDataMap& samples) {
     SensorDataMap result;
     for (const auto& [sensor, rows] : samples) {
-        if (sensor->sensorKind == kInertialKind) {
+        if (sensor->sensorKind == SensorKind::Inertial) {
             const auto& inertial = as<InertialSensor>(*sensor);
             result[sensor] = calibrated(
                 rows, [&](const Vector& values) { return inertial.calibratedVector(values); });
-        } else if (sensor->sensorKind == kAmbientLightKind) {
+        } else if (sensor->sensorKind == SensorKind::AmbientLight) {
             const auto& light = as<AmbientLight>(*sensor);
             result[sensor] =
                 calibrated(rows, [&](const Vector& values) { return light.applyScale(values); });

@@ -8,6 +8,7 @@
 #include "base/Failures.h"
 #include "base/Text.h"
 #include "log/Logger.h"
+#include "numerics/Rotations.h"
 #include "numerics/Statistics.h"
 #include "numerics/Vector.h"
 #include "sensors/magnetic/Ellipsoid.h"
@@ -22,9 +23,6 @@
 namespace tavocal {
 
 namespace {
-
-constexpr double kRadiansPerDegree = 0.017453292519943295;
-constexpr double kDegreesPerRadian = 57.29577951308232;
 
 enum Role : std::size_t { kAcc, kGyro, kMag, kAcc2, kGyro2, kMag2 };
 

@@ -65,7 +65,7 @@ FixedPointScale convertScaling(const Matrix& matrix) {
 
 std::uint32_t compressAxisMapping(const Matrix& matrix) {
     TAVOCAL_SCOPE_STARTED("InertialSensor::compressAxisMapping");
-    if (matrix.rows() != 3 || matrix.cols() != 3) {
+    if (!is3x3(matrix)) {
         throw MathException("Error from compressAxisMapping, expected a 3X3 matrix");
     }
     std::uint32_t word = 0;

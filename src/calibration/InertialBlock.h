@@ -18,8 +18,7 @@
 //   14  9 x i16 scale matrix, row by row
 //   32  u16     ScaleFactor, the divider of the scale matrix; 0 is read as 1
 //   34  u32     axis mapping: element k (row k / 3, column k % 3) in bits 2k and 2k + 1, as a
-//   signed
-//               2-bit number; bits 18 to 31 are 0
+//               signed 2-bit number; bits 18 to 31 are 0
 //   38  u16     length of the vendor data
 //   40          vendor data
 //

@@ -1,6 +1,5 @@
 #include "formats/AlsConfig.h"
 
-#include <algorithm>
 #include <string_view>
 
 #include "base/Failures.h"
@@ -29,28 +28,18 @@ int numberIn(std::string_view field) {
     return parseInt(std::string(stripped(field)));
 }
 
-void checkLowest(const std::vector<int>& values) {
-    for (const int value : values) {
-        if (value < kLowestLightLevel) {
-            throw CalibrationException("Invalid light value in configuration file " +
-                                       std::to_string(value) + ". value should be bigger than 1");
-        }
+void checkValues(const std::vector<int>& values) {
+    const auto low = tooLowLevel(values);
+    if (low != values.end()) {
+        throw CalibrationException("Invalid light value in configuration file " +
+                                   std::to_string(*low) + ". value should be bigger than 1");
     }
-}
-
-// The first two values set the direction.
-void checkOrder(const std::vector<int>& values) {
-    for (std::size_t i = 2; i < values.size(); ++i) {
-        if ((values[i] > values[i - 1]) != (values[1] > values[0])) {
-            throw CalibrationException(
-                "Invalid values in configuration file. Values should be in ascending or "
-                "descending order");
-        }
+    if (levelsTurn(values)) {
+        throw CalibrationException(
+            "Invalid values in configuration file. Values should be in ascending or "
+            "descending order");
     }
-}
-
-void checkDeltas(const std::vector<int>& values) {
-    if (std::adjacent_find(values.begin(), values.end(), levelsTooClose) != values.end()) {
+    if (levelsTooClose(values)) {
         throw CalibrationException(
             "Invalid delta between values in configuration file. Minimum delta should be " +
             std::to_string(kSmallestLevelDelta));
@@ -66,9 +55,7 @@ std::vector<int> readValues(std::string_view text) {
     for (const std::string_view field : fields) {
         values.push_back(numberIn(field));
     }
-    checkLowest(values);
-    checkOrder(values);
-    checkDeltas(values);
+    checkValues(values);
     return values;
 }
 

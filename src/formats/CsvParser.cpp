@@ -17,7 +17,6 @@ namespace {
 constexpr std::string_view kLuidKey = "LUID=";
 constexpr std::string_view kFormFactorKey = "FORMFACTOR=";
 constexpr std::string_view kHingeKey = "HINGE=";
-constexpr int kInertialKind = 1;
 constexpr const char* kAxisSuffixes[] = {"_X", "_Y", "_Z"};
 
 // ---- Writing ----
@@ -25,7 +24,7 @@ constexpr const char* kAxisSuffixes[] = {"_X", "_Y", "_Z"};
 std::string columnHeader(const Sensor& sensor) {
     const std::string unit = "[" + unitToText(sensor.samplingUnit) + "]";
     std::string header = "time[ms]";
-    if (sensor.sensorKind == kInertialKind) {
+    if (sensor.sensorKind == SensorKind::Inertial) {
         for (const char* axis : kAxisSuffixes) {
             header += "," + sensor.getDisplayName() + axis + unit;
         }
@@ -160,7 +159,7 @@ void CsvParser::readHeader(CsvLines& lines, Sensor& sensor, bool readLuid) {
         fail("Unexpected number of columns at input file " + file);
     }
     needsConversion = false;
-    if (sensor.sensorKind == kInertialKind) {
+    if (sensor.sensorKind == SensorKind::Inertial) {
         checkColumns(sensor);
     }
 }

@@ -37,7 +37,7 @@ PayloadKinds kindsOf(const XmlElement& data) {
 
 void checkInertialKinds(const PayloadKinds& kinds, const Sensor& sensor) {
     const std::string title = "XML parsing error. Sensor " + sensor.getLuidText();
-    if (kinds.isInertial && sensor.sensorKind != Sensor::kInertialKind) {
+    if (kinds.isInertial && sensor.sensorKind != SensorKind::Inertial) {
         throw CalibrationException(
             title + " was not recognized as Inertial sensor. Invalid calibration format");
     }
@@ -51,7 +51,7 @@ void checkInertialKinds(const PayloadKinds& kinds, const Sensor& sensor) {
 void checkKinds(const PayloadKinds& kinds, const Sensor& sensor, const XmlElement& data) {
     checkInertialKinds(kinds, sensor);
     const std::string luid = sensor.getLuidText();
-    if (kinds.hasSteps && sensor.sensorKind != Sensor::kAmbientLightKind) {
+    if (kinds.hasSteps && sensor.sensorKind != SensorKind::AmbientLight) {
         throw failureAt(data, "XML parsing error. Sensor " + luid +
                                   " was not recognized as Ambient Light sensor. Invalid "
                                   "calibration format.");

@@ -17,9 +17,7 @@ double square(double x) {
 }
 
 void requireSymmetric(const Matrix& a) {
-    if (a.rows() != 3 || a.cols() != 3) {
-        throw MathException("Matrix is not 3x3");
-    }
+    require3x3(a);
     const double asymmetry =
         square(a[0][1] - a[1][0]) + square(a[0][2] - a[2][0]) + square(a[1][2] - a[2][1]);
     if (asymmetry > kAsymmetryLimit) {

@@ -3,26 +3,15 @@
 #include <algorithm>
 #include <cmath>
 
-#include "base/Failures.h"
 #include "numerics/MatrixInverse.h"
+#include "numerics/Rotations.h"
 #include "numerics/Statistics.h"
 
 namespace tavocal {
 
 namespace {
 
-constexpr double kPi = 3.141592653589793;
 constexpr double kThird = 0.3333333333333333;
-
-bool is3x3(const Matrix& a) {
-    return a.rows() == 3 && a.cols() == 3;
-}
-
-void require3x3(const Matrix& a) {
-    if (!is3x3(a)) {
-        throw MathException("Matrix is not 3x3");
-    }
-}
 
 // The left singular vectors: the eigenvectors of `square` = A * transpose(A), as columns.
 Matrix leftVectors(const Matrix& square, const Vector& eigenvalues) {

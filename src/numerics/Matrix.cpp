@@ -144,16 +144,7 @@ Vector operator*(const Matrix& a, const Vector& v) {
 }
 
 Vector operator*(const Vector& v, const Matrix& a) {
-    requireMeeting(v.size(), a.rows());
-    Vector result(a.cols());
-    for (int c = 0; c < a.cols(); ++c) {
-        double total = 0.0;
-        for (int i = 0; i < a.rows(); ++i) {
-            total += v[i] * a[i][c];
-        }
-        result[c] = total;
-    }
-    return result;
+    return transpose(a) * v;
 }
 
 Matrix operator*(const Matrix& a, double s) {
@@ -199,9 +190,7 @@ double trace(const Matrix& a) {
 }
 
 double determinant(const Matrix& a) {
-    if (a.rows() != 3 || a.cols() != 3) {
-        throw MathException("Matrix is not 3x3");
-    }
+    require3x3(a);
     return a[0][0] * (a[1][1] * a[2][2] - a[1][2] * a[2][1]) -
            a[0][1] * (a[1][0] * a[2][2] - a[1][2] * a[2][0]) +
            a[0][2] * (a[1][0] * a[2][1] - a[1][1] * a[2][0]);
@@ -271,6 +260,16 @@ int flatIndexOfAbsoluteMax(const Matrix& a) {
         }
     }
     return index;
+}
+
+bool is3x3(const Matrix& a) {
+    return a.rows() == 3 && a.cols() == 3;
+}
+
+void require3x3(const Matrix& a) {
+    if (!is3x3(a)) {
+        throw MathException("Matrix is not 3x3");
+    }
 }
 
 bool isDiagonal(const Matrix& a) {

@@ -100,6 +100,9 @@ Matrix gram(const Matrix& a);
 // there is none above 0.0. REQUIRES: a square matrix.
 int flatIndexOfAbsoluteMax(const Matrix& a);
 
+bool is3x3(const Matrix& a);
+// Throws MathException "Matrix is not 3x3" for any other size.
+void require3x3(const Matrix& a);
 // Whether a square matrix is diagonal: an element off the diagonal counts as zero if the smallest
 // diagonal element is at least 1e10 times as large.
 bool isDiagonal(const Matrix& a);

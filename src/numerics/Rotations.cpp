@@ -2,21 +2,12 @@
 
 #include <cmath>
 
-#include "base/Failures.h"
-
 namespace tavocal {
 
 namespace {
 
-constexpr double kHalfPi = 1.5707963267948966;
 // Below this the antisymmetric part tells nothing about the axis.
 constexpr double kSmallest = 0.0001;
-
-void require3x3(const Matrix& r) {
-    if (r.rows() != 3 || r.cols() != 3) {
-        throw MathException("Matrix is not 3x3");
-    }
-}
 
 }  // namespace
 

@@ -5,6 +5,11 @@
 
 namespace tavocal {
 
+constexpr double kPi = 3.141592653589793;
+constexpr double kHalfPi = 1.5707963267948966;
+constexpr double kRadiansPerDegree = 0.017453292519943295;
+constexpr double kDegreesPerRadian = 57.29577951308232;
+
 // Axis times angle of a rotation matrix, in radians. At a half turn the antisymmetric part of the
 // matrix, which tells the axis, vanishes: the result is then half of pi in the element that has the
 // index of the row of the largest matrix element, which need not be the axis. A NaN in the matrix

@@ -68,6 +68,13 @@ Vector operator/(const Vector& a, double s) {
     return a * (1.0 / s);
 }
 
+double signOf(double value) {
+    if (value == 0.0) {
+        return 0.0;
+    }
+    return value > 0.0 ? 1.0 : -1.0;
+}
+
 double sum(const Vector& a) {
     double total = 0.0;
     for (const double x : a) {

@@ -63,6 +63,9 @@ Vector operator*(const Vector& a, double s);
 // a * (1.0 / s): a division by zero gives non-finite elements.
 Vector operator/(const Vector& a, double s);
 
+// 1.0, -1.0, or 0.0 for a zero of either sign.
+double signOf(double value);
+
 double sum(const Vector& a);
 double sumOfSquares(const Vector& a);
 double norm(const Vector& a);

@@ -131,7 +131,7 @@ std::string AlsProcess::getInstructions(bool /*noEnter*/) {
 
 std::string AlsProcess::readUserInput() {
     std::string answer = interactive ? readOperator() : std::to_string(configuredLevel());
-    levels.accept(currentStep, enteredNumber(answer));
+    levels.accept(enteredNumber(answer));
     return answer;
 }
 

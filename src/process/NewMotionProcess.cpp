@@ -7,6 +7,7 @@
 #include "numerics/Sample.h"
 #include "platform/Console.h"
 #include "sensors/inertial/InertialSensor.h"
+#include "sensors/model/StageSegments.h"
 #include "vocabulary/SensorTypes.h"
 
 namespace tavocal {
@@ -15,7 +16,6 @@ namespace {
 
 // A stage counts as still when its last second was.
 constexpr double kStageLength = 1000.0;
-constexpr std::size_t kFullFlowEntries = 14;
 
 bool sameLuid(const std::shared_ptr<InertialSensor>& indicator, const Sensor& sensor) {
     return indicator != nullptr && indicator->getLuid() == sensor.getLuid();
@@ -149,10 +149,14 @@ void NewMotionProcess::controlMinimal(double t) {
 }
 
 void NewMotionProcess::begin() {
-    detectionState = flowType == FlowType::Full ? DetectionState::StillBeforeRotation
-                                                : DetectionState::StillAfterMove;
+    detectionState = stateInPosition();
     firstControlCall = false;
     stagesDone = 0;
+}
+
+NewMotionProcess::DetectionState NewMotionProcess::stateInPosition() const {
+    return flowType == FlowType::Full ? DetectionState::StillBeforeRotation
+                                      : DetectionState::StillAfterMove;
 }
 
 bool NewMotionProcess::holdPassed(double t) const {
@@ -169,7 +173,6 @@ void NewMotionProcess::waitForStillness(double t) {
         gyroscopeIndicator->captureRotationBias();
     }
     extraHoldTime = 0.0;
-    lastEventTime = t;
 }
 
 void NewMotionProcess::waitForRotation(double t) {
@@ -201,8 +204,7 @@ void NewMotionProcess::waitForMove(double t) {
     if (!movedFromReference()) {
         return;
     }
-    detectionState = flowType == FlowType::Full ? DetectionState::StillBeforeRotation
-                                                : DetectionState::StillAfterMove;
+    detectionState = stateInPosition();
     lastEventTime = t;
 }
 
@@ -211,8 +213,11 @@ bool NewMotionProcess::allIndicatorsStill() {
     if (accelerometerIndicator != nullptr && !accelerometerIndicator->isStill(firstStage)) {
         return false;
     }
-    const auto& second = gyroscopeIndicator != nullptr ? gyroscopeIndicator : magnetometerIndicator;
-    return second == nullptr || second->isStill(firstStage);
+    return secondIndicator() == nullptr || secondIndicator()->isStill(firstStage);
+}
+
+InertialSensor* NewMotionProcess::secondIndicator() const {
+    return gyroscopeIndicator != nullptr ? gyroscopeIndicator.get() : magnetometerIndicator.get();
 }
 
 bool NewMotionProcess::rotationSeen() {
@@ -245,7 +250,7 @@ void NewMotionProcess::markStageEnd(double t) {
 // in which a stage was recognised. In the Full flow a still stretch that ended a turn keeps its
 // length.
 void NewMotionProcess::finalizeSegments() {
-    const std::size_t step = segmentTimes.size() == kFullFlowEntries ? 4 : 2;
+    const std::size_t step = positionStride(segmentTimes.size());
     for (std::size_t i = 1; i < segmentTimes.size(); i += step) {
         segmentTimes[i] += extensionOf(segmentTimes[i]);
         if (i + 1 < segmentTimes.size() && segmentTimes[i] > segmentTimes[i + 1]) {
@@ -257,8 +262,7 @@ void NewMotionProcess::finalizeSegments() {
 double NewMotionProcess::extensionOf(double stageEnd) const {
     const double a =
         accelerometerIndicator != nullptr ? accelerometerIndicator->stillExtension(stageEnd) : 0.0;
-    const auto& second = gyroscopeIndicator != nullptr ? gyroscopeIndicator : magnetometerIndicator;
-    const double b = second != nullptr ? second->stillExtension(stageEnd) : a;
+    const double b = secondIndicator() != nullptr ? secondIndicator()->stillExtension(stageEnd) : a;
     return accelerometerIndicator != nullptr ? std::min(a, b) : b;
 }
 

@@ -41,6 +41,8 @@ class NewMotionProcess : public Process {
     };
 
     void begin();
+    // What is waited for once the device is in a position.
+    DetectionState stateInPosition() const;
     bool holdPassed(double t) const;
     void controlMinimal(double t);
     void waitForStillness(double t);
@@ -48,6 +50,8 @@ class NewMotionProcess : public Process {
     void waitForMoveEnd(double t);
     void waitForMove(double t);
 
+    // The gyroscope, or else the magnetometer, or null.
+    InertialSensor* secondIndicator() const;
     bool allIndicatorsStill();
     bool rotationSeen();
     bool movedFromReference();

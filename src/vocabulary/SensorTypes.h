@@ -12,6 +12,9 @@ constexpr std::uint16_t kGyroscopeType = 0x0076;
 constexpr std::uint16_t kCompassType = 0x007D;
 constexpr std::uint16_t kMagnetometerType = 0x020F;
 
+// What a sensor's class makes of it. A generic sensor is passed through as it is.
+enum class SensorKind { Generic = 0, Inertial = 1, AmbientLight = 2 };
+
 constexpr const char* kAccelerometerName = "Accelerometer";
 constexpr const char* kGyroscopeName = "Gyroscope";
 constexpr const char* kMagnetometerName = "Magnetometer";

@@ -4,12 +4,12 @@
 #include <array>
 
 #include "base/Failures.h"
+#include "numerics/Rotations.h"
 
 namespace tavocal {
 
 namespace {
 
-constexpr double kPi = 3.141592653589793;
 constexpr double kGravity = 9.80665;  // metres per second squared
 
 enum class Family { None, Acceleration, Angle, Magnetic };

@@ -1,6 +1,7 @@
 #include "calibration/InertialBlock.h"
 
 #include "support/InertialBench.h"
+#include "support/Lines.h"
 
 namespace tavocal::test {
 
@@ -35,6 +36,24 @@ TEST(InertialBlockTest, FieldsLieWhereTheFormatSays) {
                                        0xFE, 0x7F, 0,    0,    0,    0, 0, 0,   0x54, 0x55, 0x54,
                                        0x55, 0xC4, 0,    1,    0,    2, 0, 0xA, 0xB};
     EXPECT_EQ(sensor->calibrationToWrite, expected);
+}
+
+// Whatever order a compiler takes arguments in.
+TEST(InertialBlockTest, StepsAreLoggedInTheirOrder) {
+    const auto sensor = sensorWith(kBlock);
+    const auto stepsOf = [](const std::string& log) {
+        std::string steps;
+        for (const std::string& line : linesOf(log)) {
+            const std::size_t name = line.find("Started InertialSensor::");
+            steps += name == std::string::npos ? "" : line.substr(name + 24) + " ";
+        }
+        return steps;
+    };
+    EXPECT_EQ(stepsOf(loggedBy([&] { sensor->convertToFWForamt(); })),
+              "convertToFWForamt compressAxisMapping convertOffset convertScaling addVendorData "
+              "prependFormat ");
+    EXPECT_EQ(stepsOf(loggedBy([&] { sensor->getStaticDefault(); })),
+              "getStaticDefault convertScaling compressAxisMapping ");
 }
 
 TEST(InertialBlockTest, NumbersAreCutTowardZeroAndStayInTheirRange) {

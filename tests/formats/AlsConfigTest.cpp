@@ -1,6 +1,5 @@
 #include "formats/AlsConfig.h"
 
-#include "sensors/light/LightLevels.h"
 #include "support/Lines.h"
 #include "support/Outcome.h"
 #include "support/TempFolder.h"
@@ -28,8 +27,6 @@ TEST_F(AlsConfigTest, LinesAndLimits) {
     for (const auto& [content, outcome] : tableOfTest()) {
         EXPECT_EQ(loaded(content), replaceAll(outcome, "FILE", folder.path("als.txt"))) << content;
     }
-    EXPECT_TRUE(levelsTooClose(300, 1));
-    EXPECT_FALSE(levelsTooClose(-2147483647, 2147483647));
 }
 
 TEST_F(AlsConfigTest, MissingFileAndWhatTheFileDoesNotTell) {

@@ -8,14 +8,6 @@
 
 namespace tavocal::test {
 
-// What `action` adds to the log.
-template <typename Action>
-static std::string loggedBy(Action action) {
-    const std::size_t before = Logger::instance().text().size();
-    action();
-    return Logger::instance().text().substr(before);
-}
-
 TEST(LoggerTest, EveryLevelIsLoggedAndErrorAloneIsShown) {
     int level = 0;
     for (const std::string name : {"ERROR", "WARNING", "INFO", "DEBUG", "INSANE", "SENSOR DATA"}) {

@@ -72,4 +72,10 @@ TEST(VectorTest, TheFirstOfTheLargestElementsWins) {
     EXPECT_EQ(indexOfLargestSquare({0.0, 1.0, -2.0, 3.0}), 3);
 }
 
+TEST(VectorTest, SignsAndFiniteness) {
+    EXPECT_TRUE(signOf(1e-300) == 1.0 && signOf(-0.5) == -1.0 && signOf(-0.0) == 0.0);
+    EXPECT_EQ(countNotFinite(Vector{}) + countNotFinite(Vector{1e308, -1e308}), 0);
+    EXPECT_EQ(countNotFinite(Vector{kNotANumber, 0.0, kInfinity, -kInfinity}), 3);
+}
+
 }  // namespace tavocal::test

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "base/Failures.h"
+#include "log/Logger.h"
 #include "platform/Console.h"
 #include "support/MessageOf.h"
 
@@ -18,6 +19,14 @@ std::string printedBy(Action action) {
     action();
     platform::Console::instance().flush();
     return ::testing::internal::GetCapturedStdout();
+}
+
+// What `action` adds to the log.
+template <typename Action>
+std::string loggedBy(Action action) {
+    const std::size_t before = Logger::instance().text().size();
+    action();
+    return Logger::instance().text().substr(before);
 }
 
 // Why a calibration fails; kNoFailure if it doesn't.

@@ -6,6 +6,7 @@
 #include "calibration/InertialBlock.h"
 #include "numerics/Vector.h"
 #include "sensors/inertial/InertialSensor.h"
+#include "sensors/inertial/StageStatistics.h"
 #include "sensors/model/Verdict.h"
 
 namespace tavocal {
@@ -54,19 +55,16 @@ void faceUpCalibrate(InertialSensor& sensor) {
     if (block.size() < kStaticBlockSize) {
         throw CalibrationException("Invalid calibration data size");
     }
-    const double n = sensor.sampleCount;
-    const Vector mean = sensor.sumOfValues / n;
+    const auto [mean, deviation] = faceUpStatistics(sensor);
     sensor.report.addVector(mean, "Averages", "The measured averages of the calibration process");
     sensor.report.addVector(sensor.expectedFaceUp, "ExpectedAverages",
                             "The averages that are expected at a perfectly calibrated system");
-    const Vector deviation =
-        sqrtValues(absValues(sensor.sumOfSquares / n - elementProduct(mean, mean)));
     // What the raw reading shows against what the firmware's own matrix would give.
     const Vector offset = mean - sensor.reversal.reverseMatrix * sensor.expectedFaceUp;
     sensor.report.addVector(offset, "Offset", "The calculated offset of the sensor");
     sensor.report.addVector(deviation, "StandardDeviation",
                             "The standard deviation of the sampled sensor data");
-    sensor.report.addVector(sensor.sumOfValues / n - offset, "CalibratedAverages",
+    sensor.report.addVector(mean - offset, "CalibratedAverages",
                             "Measured averages after applying the calculated calibration");
     sensor.offsetVector = offset;
     sensor.noiseVector = deviation;

@@ -5,20 +5,16 @@
 #include <limits>
 
 #include "base/Failures.h"
-#include "base/LittleEndian.h"
 #include "calibration/InertialBlock.h"
-#include "firmware/SDT.h"
 #include "log/ScopeLog.h"
 #include "numerics/Decompositions.h"
 #include "numerics/Statistics.h"
 #include "numerics/TextForms.h"
-#include "platform/Console.h"
+#include "sensors/inertial/AxisMapping.h"
 #include "sensors/inertial/InertialTests.h"
-#include "sensors/inertial/InertialXml.h"
 #include "sensors/inertial/QualityGate.h"
+#include "sensors/inertial/StageStatistics.h"
 #include "sensors/model/RunContext.h"
-#include "sensors/model/SampleWindows.h"
-#include "sensors/model/StageSegments.h"
 
 namespace tavocal {
 
@@ -35,18 +31,8 @@ Matrix withRows(const Matrix& matrix, int rows) {
 
 }  // namespace
 
-InertialSensor::InertialSensor(const LUID& identity) : Sensor(identity) {
-    sensorKind = kInertialKind;
-    valuesPerSample = 3;
-    if (isStatic()) {
-        minCalibrationSize = kStaticBlockSize;
-        maxCalibrationSize = kStaticBlockSize;
-    } else if (isDynamic()) {
-        formatId = 1;
-        minCalibrationSize = 12;
-        maxCalibrationSize = 66;
-    }
-}
+InertialSensor::InertialSensor(const LUID& identity)
+    : InertialBlockSensor(identity), StageIndicator(bufferedData) {}
 
 InertialSensor::~InertialSensor() = default;
 
@@ -86,55 +72,6 @@ bool InertialSensor::supportsRunType(RunCommand command) const {
     return command == RunCommand::Calibrate;
 }
 
-void InertialSensor::setNoGyroRotation(bool noRotation) {
-    noGyroRotation = noRotation;
-}
-
-void InertialSensor::setImportedWhiteNoise(double value) {
-    importedWhiteNoise = value;
-    whiteNoiseImported = true;
-}
-
-void InertialSensor::loadFromFirmware(SDT& firmware) {
-    Sensor::loadFromFirmware(firmware);
-    formFactor = firmware.getFormFactor();
-    hinge = firmware.getHinge();
-}
-
-void InertialSensor::setCalibrationData(CalibrationBlock block) {
-    if (isDynamic() && !block.empty() && block[0] != formatId) {
-        platform::Console::instance().write(
-            "Warning: Dynamic sensor calibration data is outdated. Ignoring the dynamic " + name +
-            "\n");
-        return;
-    }
-    Sensor::setCalibrationData(std::move(block));
-    if (isDynamic() && whiteNoiseImported) {
-        calibrationToWrite = withWhiteNoise(originalCalibration, importedWhiteNoise);
-    }
-}
-
-void InertialSensor::validateCalibrationData(const CalibrationBlock& block) const {
-    try {
-        Sensor::validateCalibrationData(block);
-    } catch (const CalibrationException&) {
-        // A block may carry vendor data behind its own fields.
-        const bool hasVendorLength = block.size() >= kVendorDataPosition && block[0] == formatId;
-        if (!hasVendorLength ||
-            block.size() != maxCalibrationSize + readU16(block, kVendorLengthPosition)) {
-            throw;
-        }
-    }
-}
-
-void InertialSensor::readCalibrationXml(const XmlElement& data, int blockFormat, int version) {
-    readInertialPayload(data, blockFormat, version, *this);
-}
-
-void InertialSensor::writeCalibrationXml(XmlElement& data, const CalibrationBlock& block) const {
-    writeInertialPayload(data, block, *this);
-}
-
 std::string InertialSensor::toDisplayText() const {
     const std::string title = isPrimary() ? name : "Second " + name;
     std::string text = title + " Offset:\n" + alignedRow(offsetVector);
@@ -143,61 +80,6 @@ std::string InertialSensor::toDisplayText() const {
         text += title + " Axis mapping:\n" + alignedMatrix(axisMapping);
     }
     return text;
-}
-
-void InertialSensor::calcReverseSdt() {
-    TAVOCAL_SCOPE_ENTERED("InertialSensor::calcReverseSdt");
-    if (!originalCalibration.empty()) {
-        reversal = reversalOf(originalCalibration, firmwareUnit, samplingUnit, report);
-    }
-}
-
-void InertialSensor::reverseStaticCalibration(Sample& sample) {
-    // Logged for the first sample only, so that a log stays small.
-    if (!reversalLogged) {
-        reversalLogged = true;
-        TAVOCAL_SCOPE_ENTERED("InertialSensor::reverseStaticCalibration");
-    }
-    if (!originalCalibration.empty()) {
-        sample.values = reversal.reverseMatrix * (sample.values - reversal.reverseOffset);
-    }
-}
-
-// ---- Stillness and movement ----
-
-bool InertialSensor::rotationDetected(double /*since*/) {
-    return false;
-}
-
-bool InertialSensor::movedFromReference() {
-    return false;
-}
-
-void InertialSensor::captureRotationBias() {}
-
-void InertialSensor::setReferenceVector(const Vector& reference) {
-    referenceVector = reference;
-}
-
-bool InertialSensor::newestMovedFromReference() const {
-    return !bufferedData.empty() &&
-           norm(bufferedData.back().values - referenceVector) > moveThreshold;
-}
-
-bool InertialSensor::isStill(bool firstStage) {
-    return tavocal::isStill(bufferedData, stillness, firstStage);
-}
-
-double InertialSensor::stillExtension(double t) const {
-    return tavocal::stillExtension(bufferedData, stillness.stillWindow, t);
-}
-
-Vector InertialSensor::lastWindowMedian() const {
-    if (bufferedData.empty()) {
-        return {};
-    }
-    const IndexWindow window = lastWindow(bufferedData, stillness.stillWindow);
-    return medianOfAxes(bufferedData, window.first, window.last);
 }
 
 // ---- Stages and their statistics ----
@@ -217,12 +99,7 @@ void InertialSensor::ComputeStaticSegmentsMeans() {
     TAVOCAL_SCOPE_ENTERED("InertialSensor::ComputeStaticSegmentsMeans");
     const std::vector<int> ind = findIndex();
     for (int i = 0; i < std::min(run().stageCount(), stageMeans.rows()); ++i) {
-        Vector mean = row(stageMeans, i);
-        const StageRange stage = stageRange(ind, i);
-        for (int j = stage.first; j < stage.end; ++j) {
-            mean += bufferedData[static_cast<std::size_t>(j)].values;
-        }
-        mean = mean / stage.count();
+        const Vector mean = stageMean(bufferedData, stageRange(ind, i));
         stageMeans.setRow(i, mean);
         if (std::find(mean.begin(), mean.end(), std::numeric_limits<double>::infinity()) !=
             mean.end()) {
@@ -236,92 +113,50 @@ void InertialSensor::ComputeStaticSegmentsStds() {
     TAVOCAL_SCOPE_ENTERED("InertialSensor::ComputeStaticSegmentsStds");
     const std::vector<int> ind = findIndex();
     for (int i = 0; i < std::min(run().stageCount(), stageMeans.rows()); ++i) {
-        const Vector mean = row(stageMeans, i);
-        Vector squares = row(stageStds, i);
-        const StageRange stage = stageRange(ind, i);
-        for (int j = stage.first; j < stage.end; ++j) {
-            const Vector d = bufferedData[static_cast<std::size_t>(j)].values - mean;
-            squares += elementProduct(d, d);
-        }
-        stageStds.setRow(i, sqrtValues(squares / stage.count()));
+        stageStds.setRow(i, stageDeviation(bufferedData, stageRange(ind, i), row(stageMeans, i)));
     }
 }
 
-void InertialSensor::computeStageStatistics() {
-    constexpr std::size_t kFullFlowEntries = 14;
+bool InertialSensor::computeStageStatistics() {
     const std::vector<int> ind = findIndex();
-    const bool full = ind.size() == kFullFlowEntries;
-    const std::size_t stride = full ? 4 : 2;
-    for (int p = 0; p < stillStageCount; ++p) {
-        const std::size_t k = static_cast<std::size_t>(p) * stride;
-        if (k + 1 >= ind.size() || p >= stageMeans.rows()) {
+    const std::size_t stride = positionStride(ind.size());
+    for (int p = 0; p < std::min(stillStageCount, stageMeans.rows()); ++p) {
+        const std::size_t begin = static_cast<std::size_t>(p) * stride;
+        if (begin + 1 >= ind.size()) {
             break;
         }
-        std::vector<Sample> position;
-        // The last sample of the stage belongs to the motion that ended it.
-        appendSamples(position, bufferedData, {ind[k], ind[k + 1] - 1});
-        if (full && k + 3 < ind.size()) {
-            appendSamples(position, bufferedData, {ind[k + 2], ind[k + 3]});
+        const std::vector<Sample> position = positionSamples(bufferedData, ind, begin);
+        if (position.empty()) {
+            throw noSamplesBefore(*this, begin + 1);
         }
         stageMeans.setRow(p, medianAndNoise(position));
     }
     noiseVector = noiseVector / stillStageCount;
-    replaceMissingNoise();
+    return replaceLostNoise();
 }
 
 Vector InertialSensor::medianAndNoise(const std::vector<Sample>& samples) {
-    if (samples.empty()) {
-        throw MathException("The buffer is empty");
-    }
-    std::vector<double> values(samples.size());
-    for (int axis = 0; axis < 3; ++axis) {
-        std::transform(samples.begin(), samples.end(), values.begin(),
-                       [axis](const Sample& sample) { return sample.values[axis]; });
-        noiseVector[axis] += std::sqrt(variance(values));
-    }
+    noiseVector += noiseOfAxes(samples);
     return medianOfAxes(samples, 0, static_cast<int>(samples.size()) - 1);
 }
 
-void InertialSensor::replaceMissingNoise() {
+bool InertialSensor::replaceLostNoise() {
+    bool measured = true;
     for (double& noise : noiseVector) {
-        if (std::isnan(noise)) {
-            noise = defaultNoise;
-            noiseWasMissing = true;
-        }
+        const bool lost = noise == kLostNoise;
+        measured = measured && !lost && !std::isnan(noise);
+        noise = lost ? defaultNoise : noise;
     }
+    return measured;
 }
 
 Vector InertialSensor::calcWhiteNoise() const {
     TAVOCAL_SCOPE_STARTED("InertialSensor::calcWhiteNoise");
-    const std::vector<int> ind = findIndex();
-    double sum = 0.0;
-    std::size_t count = 0;
-    for (int i = 0; i < stagesUsed; ++i) {
-        const std::vector<double> norms = sampleNorms(bufferedData, stageRange(ind, i));
-        const double m = mean(norms);
-        for (const double length : norms) {
-            sum += (length - m) * (length - m);
-        }
-        count += norms.size();
-    }
-    if (count == 0) {
-        throw CalibrationException("Error. Divider is zero.");
-    }
-    const double noise = std::sqrt(sum / static_cast<double>(count));
-    return {noise, noise, noise};
+    return ones3() * noiseOfNorms(bufferedData, findIndex(), stagesUsed);
 }
 
 int InertialSensor::countSpikes(int stage, double limit) const {
-    const StageRange range = stageRange(findIndex(), stage);
-    int count = 0;
-    for (int j = range.first; j < range.end - 1; ++j) {
-        const auto at = static_cast<std::size_t>(j);
-        if (norm(bufferedData[at].values - bufferedData[at + 1].values) > limit) {
-            ++count;
-            ++j;  // the way back from a single outlier is no second spike
-        }
-    }
-    return count;
+    return spikesIn(bufferedData, stageRange(findIndex(), stage), limit);
 }
 
 // ---- The calibration at work ----
@@ -346,11 +181,7 @@ Vector InertialSensor::calibratedSample(int index, bool fromStageMeans) const {
 }
 
 Vector InertialSensor::calibratedStageMean(int i) const {
-    return (scaleMatrix * axisMapping) * (row(stageMeans, i) - offsetVector);
-}
-
-Vector InertialSensor::expectedRow(int i) const {
-    return row(expectedValues, i);
+    return calibratedVector(row(stageMeans, i));
 }
 
 void InertialSensor::checkSuccessGate() {
@@ -369,16 +200,6 @@ void InertialSensor::splitAxisMapping(bool useSingularValues) {
     }
 }
 
-Matrix calcAxisMapping(const Matrix& matrix) {
-    TAVOCAL_SCOPE_STARTED("InertialSensor::calcAxisMapping");
-    Matrix mapping(3, 3);
-    for (int r = 0; r < 3; ++r) {
-        const int c = getIndexOfAbsoluteMax(row(matrix, r));
-        mapping[r][c] = matrix[r][c] > 0.0 ? 1.0 : -1.0;
-    }
-    return mapping;
-}
-
 // With the svd H = U S Vt of H = transpose(measured) * expected, the rotation is V * Ut.
 Matrix InertialSensor::alignToExpected(const Matrix& measured) const {
     const SvdResult s = svd(transpose(measured) * expectedValues);
@@ -389,28 +210,12 @@ Matrix InertialSensor::alignToExpected(const Matrix& measured) const {
 
 void InertialSensor::convertToFWForamt() {
     TAVOCAL_SCOPE_STARTED("InertialSensor::convertToFWForamt");
-    const CalibrationBlock body =
-        staticBody(convertOffset(offsetVector, samplingUnit, firmwareUnit),
-                   convertScaling(scaleMatrix), compressAxisMapping(axisMapping));
+    // One after the other, since each logs.
+    const std::uint32_t mapping = compressAxisMapping(axisMapping);
+    const FixedPointOffset offset = convertOffset(offsetVector, samplingUnit, firmwareUnit);
+    const FixedPointScale scale = convertScaling(scaleMatrix);
+    const CalibrationBlock body = staticBody(offset, scale, mapping);
     calibrationToWrite = prependFormat(addVendorData(body, originalCalibration));
-}
-
-CalibrationBlock InertialSensor::prependFormat(const CalibrationBlock& body) const {
-    TAVOCAL_SCOPE_STARTED("InertialSensor::prependFormat");
-    CalibrationBlock block(kBlockHeadSize + body.size());
-    block[0] = static_cast<std::uint8_t>(formatId & 0xFF);
-    std::copy(body.begin(), body.end(), block.begin() + kBlockHeadSize);
-    return block;
-}
-
-CalibrationBlock InertialSensor::getStaticDefault() const {
-    TAVOCAL_SCOPE_STARTED("InertialSensor::getStaticDefault");
-    if (!isStatic()) {
-        throw CalibrationException("Internal error: not implemented");
-    }
-    const CalibrationBlock body =
-        staticBody({}, convertScaling(identity(3)), compressAxisMapping(identity(3)));
-    return body;
 }
 
 double InertialSensor::whiteNoiseInFirmwareUnits() const {

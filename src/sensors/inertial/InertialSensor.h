@@ -1,40 +1,28 @@
 #pragma once
 
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "numerics/Matrix.h"
 #include "numerics/Vector.h"
-#include "sensors/inertial/FirmwareReversal.h"
-#include "sensors/inertial/Stillness.h"
-#include "sensors/model/Sensor.h"
+#include "sensors/inertial/GateLimits.h"
+#include "sensors/inertial/InertialBlockSensor.h"
+#include "sensors/inertial/StageIndicator.h"
 
 namespace tavocal {
 
-// The limits of the quality gates. A class sets them for its flow before it calibrates.
-struct GateLimits {
-    double offsetLimit = 0.0;
-    double normStdLimit = 0.0;
-    double expectedErrorLimit = 0.0;
-    double whiteNoiseLimit = 0.0;
-    double scaleLimit = 0.0;
-    // Degrees in the full gate, a bound on off-diagonal elements in the four-step gate.
-    double rotationLimit = 0.0;
-    // The accepted band of the mean calibrated length.
-    double expectedNorm = 0.0;
-    double normTolerance = 0.0;
-};
-
-// What accelerometer, gyroscope and magnetometer have in common: a calibration
-//     calibrated = (scaleMatrix * axisMapping) * (x - offsetVector),
-// the reversal of the calibration that the firmware applies, the cutting of the run's samples into
-// stages, their statistics, and the detection of stillness.
+// What accelerometer, gyroscope and magnetometer have in common: the samples of a run, cut into
+// still stages, become a calibration
+//     calibrated = (scaleMatrix * axisMapping) * (x - offsetVector)
+// that a gate lets through, or are judged as they stand. A class brings its limits and what it
+// expects of each stage. What is computed and judged stands in StageStatistics.h, AxisMapping.h,
+// QualityGate.h and InertialTests.h; the firmware's block and the detection of stages are the
+// business of the base classes.
 //
 // Values are in samplingUnit, times in milliseconds. A stage is a still stretch; stage s covers the
 // samples [ind[2s], ind[2s + 1]) of findIndex, and the motion behind it
 // [ind[2s + 1], ind[2s + 2]).
-class InertialSensor : public Sensor {
+class InertialSensor : public InertialBlockSensor, public StageIndicator {
   public:
     explicit InertialSensor(const LUID& luid);
     ~InertialSensor() override;
@@ -42,33 +30,15 @@ class InertialSensor : public Sensor {
     // Sensor. A sample with another number of values than three is dropped.
     bool testCalibration() override;
     bool dataRecieved(const Sample& sample) override;
-    void calcReverseSdt() override;
-    void reverseStaticCalibration(Sample& sample) override;
     std::string toDisplayText() const override;
     std::uint32_t getSampleCount() const override;
     bool supportsRunType(RunCommand command) const override;
-    // The form factor and the hinge too.
-    void loadFromFirmware(SDT& firmware) override;
-    void setCalibrationData(CalibrationBlock block) override;
-    void validateCalibrationData(const CalibrationBlock& block) const override;
-    void readCalibrationXml(const XmlElement& data, int blockFormat, int version) override;
-    void writeCalibrationXml(XmlElement& data, const CalibrationBlock& block) const override;
-    void setNoGyroRotation(bool noRotation) override;
+    void setNoGyroRotation(bool noRotation) override { noGyroRotation = noRotation; }
 
-    // Stage detection, on the delivering thread. `since` in milliseconds.
-    virtual bool rotationDetected(double since);
-    // The newest sample is further than moveThreshold from the reference vector.
-    virtual bool movedFromReference();
-    virtual void captureRotationBias();
-    void setReferenceVector(const Vector& reference);
-    // The last window was still. In the first stage the limits are tightened to what it showed.
-    bool isStill(bool firstStage);
-    // For how long, in milliseconds, the device stayed as still after `t` as in the window from it.
-    double stillExtension(double t) const;
-    Vector lastWindowMedian() const;
-
-    // Statistics of a calibration: stageMeans and noiseVector. To be called once.
-    virtual void computeStageStatistics();
+    // Statistics of a calibration: stageMeans and noiseVector. To be called once. Throws as
+    // findIndex, also for a position whose stage holds nothing but its last sample. False if the
+    // noise of an axis is no measured number.
+    virtual bool computeStageStatistics();
     // The four-step gate over copies of the stage means.
     virtual void checkSuccess(Matrix means);
     virtual Vector calibratedStageMean(int i) const;
@@ -79,23 +49,22 @@ class InertialSensor : public Sensor {
     // segmentTimes as sample indexes; the last one is the sample count. Throws
     // CalibrationException if there is no data or no sample in a middle stage.
     std::vector<int> findIndex() const;
-    // Means of all stages into stageMeans, which must be zeros; population standard deviations by
-    // axis into stageStds, after the means.
+    // Means of all stages into stageMeans; population standard deviations by axis into stageStds,
+    // after the means.
     void ComputeStaticSegmentsMeans();
     void ComputeStaticSegmentsStds();
     // The noise of the norm over the still stages, three times.
     Vector calcWhiteNoise() const;
-    // The medians by axis; adds the standard deviation of each axis to noiseVector. Throws
-    // MathException without samples.
+    // The medians by axis; adds noiseOfAxes to noiseVector. REQUIRES: there are samples.
     Vector medianAndNoise(const std::vector<Sample>& samples);
-    // Jumps above `limit` between neighbours within one stage; out and back counts once.
     int countSpikes(int stage, double limit) const;
 
-    // The calibration applied to a vector, or to sample or stage mean `index`. Throws
-    // CalibrationException "exception thrown in calibration" if that can't be done.
+    // The calibration applied to a vector. Throws MathException if the sizes don't meet.
     Vector calibratedVector(const Vector& x) const;
+    // The calibration applied to sample or stage mean `index`. Throws CalibrationException
+    // "exception thrown in calibration" if that can't be done.
     Vector calibratedSample(int index, bool fromStageMeans) const;
-    Vector expectedRow(int i) const;
+    Vector expectedRow(int i) const { return row(expectedValues, i); }
 
     // Parts the axis mapping off a scaleMatrix that holds the whole linear map.
     void splitAxisMapping(bool useSingularValues);
@@ -104,15 +73,9 @@ class InertialSensor : public Sensor {
 
     // The block of the calibration into calibrationToWrite.
     void convertToFWForamt();
-    CalibrationBlock prependFormat(const CalibrationBlock& body) const;
-    // The 38-byte body of the identity calibration. Throws CalibrationException
-    // "Internal error: not implemented" unless the sensor is static.
-    CalibrationBlock getStaticDefault() const;
     // The mean noise in firmwareUnit, for the dynamic sibling. Throws CalibrationException unless
     // the sensor is static.
     double whiteNoiseInFirmwareUnits() const;
-    // The white noise that a calibration file gives a dynamic sensor; stored when its block loads.
-    void setImportedWhiteNoise(double value);
 
     // The result of a calibration.
     Matrix scaleMatrix{3, 3};
@@ -128,7 +91,7 @@ class InertialSensor : public Sensor {
     Matrix expectedValues{4, 4};  // what a perfect sensor reads, one row per still stage
 
     GateLimits limits;
-    double defaultNoise = 0.0;  // stands in for a noise that is no number
+    double defaultNoise = 0.0;  // stands in for a noise that rounding has lost
     double faceUpStdLimit = 0.0;
     bool noGyroRotation = false;
 
@@ -137,33 +100,16 @@ class InertialSensor : public Sensor {
     double noiseLimit = 0.0;
     double spikeLimit = 0.0;
 
-    FirmwareReversal reversal;  // empty without a firmware block
-
-    // Stillness and movement.
-    StillnessLimits stillness;
-    double moveThreshold = 0.0;
-    double rotationThreshold = 0.0;
-    Vector referenceVector{0.0, 0.0, 0.0};
-
     // What a gate found.
     std::string failureReason;
     bool calibrationFailed = false;
 
   protected:
     void addToFaceUpSums(const Sample& sample);
-    // Replaces elements of noiseVector that are no number by defaultNoise, and remembers it.
-    void replaceMissingNoise();
-    bool noiseWasMissing = false;
-    bool newestMovedFromReference() const;
-
-  private:
-    bool whiteNoiseImported = false;
-    double importedWhiteNoise = 0.0;
-    bool reversalLogged = false;
+    // Puts defaultNoise where rounding has lost the noise that medianAndNoise added up. A noise
+    // that is no number because a sample is none stays, for the gate to refuse. False if there was
+    // one of either.
+    bool replaceLostNoise();
 };
-
-// The signed permutation of the elements of largest magnitude in each row of a 3 by 3 matrix.
-// Nothing keeps two rows from picking the same column.
-Matrix calcAxisMapping(const Matrix& matrix);
 
 }  // namespace tavocal

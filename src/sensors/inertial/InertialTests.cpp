@@ -8,7 +8,9 @@
 #include "numerics/TextForms.h"
 #include "numerics/Vector.h"
 #include "platform/Console.h"
+#include "sensors/inertial/AxisMapping.h"
 #include "sensors/inertial/InertialSensor.h"
+#include "sensors/inertial/StageStatistics.h"
 #include "sensors/model/Assertions.h"
 #include "sensors/model/RunContext.h"
 #include "sensors/model/SensorTest.h"
@@ -18,8 +20,6 @@
 namespace tavocal {
 
 namespace {
-
-constexpr double kWrongAxisAngle = 0.7853981633974483;  // 45 degrees
 
 constexpr TestTexts kMean = {"mean",
                              std::nullopt,
@@ -69,7 +69,7 @@ struct StageTest {
 
     // The right size along a wrong axis.
     bool readsWrongAxis() const {
-        return sensor.name != kGyroscopeName && angleBetween(expected(), mean()) >= kWrongAxisAngle;
+        return sensor.name != kGyroscopeName && pointsAlongWrongAxis(mean(), expected());
     }
 
     void testNoise() const {
@@ -91,17 +91,6 @@ struct StageTest {
 };
 
 // ---- Face up ----
-
-struct FaceUpStatistics {
-    Vector mean;
-    Vector deviation;
-};
-
-FaceUpStatistics faceUpStatistics(const InertialSensor& sensor) {
-    const double n = sensor.sampleCount;
-    const Vector mean = sensor.sumOfValues / n;
-    return {mean, sqrtValues(absValues(sensor.sumOfSquares / n - elementProduct(mean, mean)))};
-}
 
 // The limit holds for each element by itself, and every element counts.
 Judgement judgeElements(const Vector& measured, const Vector& expected, double limit) {

@@ -146,10 +146,10 @@ void QualityGate::checkMeanNorm(const Vector& norms) {
 
 // A mean that is no number would make all other checks pass, however good the rest is.
 void QualityGate::checkFinite() {
-    verdict.judgeFinite(countNotFinite(sensor.offsetVector) +
-                        countNotFinite(flattened(sensor.scaleMatrix)) +
-                        countNotFinite(flattened(sensor.axisMapping)) +
-                        countNotFinite(flattened(sensor.stageMeans)));
+    verdict.judgeFinite(
+        countNotFinite(sensor.offsetVector) + countNotFinite(flattened(sensor.scaleMatrix)) +
+        countNotFinite(flattened(sensor.axisMapping)) +
+        countNotFinite(flattened(sensor.stageMeans)) + countNotFinite(sensor.noiseVector));
 }
 
 void QualityGate::reportCalibrated(const std::string& rows, int count) {

@@ -41,7 +41,7 @@ std::shared_ptr<double> sharedSampleInterval() {
 AmbientLight::AmbientLight(const LUID& identity)
     : Sensor(identity), meanSampleInterval(sharedSampleInterval()) {
     name = kAmbientLightName;
-    sensorKind = kAmbientLightKind;
+    sensorKind = SensorKind::AmbientLight;
     samplingUnit = Unit::lux;
     firmwareUnit = Unit::lux;
     rawDivisor = 1000;
@@ -236,9 +236,8 @@ CalibrationBlock AmbientLight::calibratedBlock() const {
 
 CalibrationBlock AmbientLight::prependFormat(const CalibrationBlock& body) {
     TAVOCAL_LOG(Insane, "prependFormat", "Started AmbientLight::prependFormat");
-    CalibrationBlock block(2 + body.size());
-    block[0] = kLightFormatId;
-    std::copy(body.begin(), body.end(), block.begin() + 2);
+    CalibrationBlock block = blockHead(kLightFormatId, 0);
+    block.insert(block.end(), body.begin(), body.end());
     return block;
 }
 

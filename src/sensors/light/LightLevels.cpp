@@ -1,42 +1,51 @@
 #include "sensors/light/LightLevels.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <string>
+#include <utility>
 
 #include "base/Failures.h"
 
 namespace tavocal {
 
-bool levelsTooClose(int first, int second) {
-    const std::int64_t delta = std::int64_t{first} - second;
-    return std::abs(delta) < kSmallestLevelDelta;
+LevelSeries::const_iterator tooLowLevel(const LevelSeries& levels) {
+    return std::find_if(levels.begin(), levels.end(),
+                        [](int level) { return level < kLowestLightLevel; });
 }
 
-void LightLevels::accept(int step, int level) {
-    if (level < kLowestLightLevel) {
+bool levelsTurn(const LevelSeries& levels) {
+    const auto turns = [&levels](int previous, int level) {
+        return (level > previous) != (levels[1] > levels[0]);
+    };
+    return std::adjacent_find(levels.begin(), levels.end(), turns) != levels.end();
+}
+
+bool levelsTooClose(const LevelSeries& levels) {
+    const auto close = [](int previous, int level) {
+        return std::abs(std::int64_t{level} - previous) < kSmallestLevelDelta;
+    };
+    return std::adjacent_find(levels.begin(), levels.end(), close) != levels.end();
+}
+
+void LightLevels::accept(int level) {
+    LevelSeries series = levels;
+    series.push_back(level);
+    if (tooLowLevel(series) != series.end()) {
         throw CalibrationException("Invalid light value " + std::to_string(level) +
                                    ". Value should be bigger than " +
                                    std::to_string(kLowestLightLevel) + "(lux)");
     }
-    if (step != 0) {
-        checkAgainstPrevious(step, level);
-    }
-    previousLevel = level;
-}
-
-void LightLevels::checkAgainstPrevious(int step, int level) {
-    if (levelsTooClose(level, previousLevel)) {
+    if (levelsTooClose(series)) {
         throw CalibrationException("Invalid delta between light levels. Minimum delta is " +
                                    std::to_string(kSmallestLevelDelta));
     }
-    const bool rises = level > previousLevel;
-    if (step == 1) {
-        levelsRising = rises;
-    } else if (rises != levelsRising) {
+    if (levelsTurn(series)) {
         throw CalibrationException(
             "Invalid delta between light levels. levels should be ascending or descending");
     }
+    levels = std::move(series);
 }
 
 }  // namespace tavocal

@@ -10,6 +10,7 @@
 #include "base/Failures.h"
 #include "base/Text.h"
 #include "log/Logger.h"
+#include "numerics/Rotations.h"
 #include "numerics/Statistics.h"
 #include "sensors/magnetic/OperatorMovement.h"
 #include "sensors/magnetic/SampleCloud.h"
@@ -24,7 +25,6 @@ namespace {
 constexpr double kEllipsoidErrorLimit = 0.05;
 constexpr double kDipAngleDeviationLimit = 3.5;
 constexpr double kDipAngleRangeLimit = 17.0;
-constexpr double kDegreesPerRadian = 57.29577951308232;
 
 constexpr const char* kCheckName = "MagneticEnvironment";
 constexpr const char* kFitError = "error of the ellipsoid fit";

@@ -10,6 +10,7 @@
 #include "base/Failures.h"
 #include "log/Logger.h"
 #include "numerics/MatrixInverse.h"
+#include "numerics/Rotations.h"
 #include "numerics/Statistics.h"
 #include "numerics/TextForms.h"
 #include "sensors/inertial/FaceUpCalibration.h"
@@ -25,7 +26,6 @@ namespace tavocal {
 namespace {
 
 constexpr int kPositions = 4;
-constexpr double kHalfPi = 1.5707963267948966;
 constexpr int kCoarseSteps = 50;
 constexpr int kFineSteps = 100;
 constexpr double kCoarseStep = 0.06283185307179587;  // pi / 50
@@ -177,16 +177,12 @@ void Magnetometer::calibrateFull() {
     if (bufferedData.empty()) {
         throw MathException("The buffer is empty");
     }
-    computeStageStatistics();
-    setCloudSpacing();
+    const bool noiseMeasured = computeStageStatistics();
+    cloudSpacing = noiseMeasured ? 2.0 * norm(noiseVector) : defaultCloudSpacing;
     calcCorrection(Ellipsoid(spreadSamples(bufferedData, cloudSpacing)));
     splitAxisMapping(false);
     checkSuccessGate();
     convertToFWForamt();
-}
-
-void Magnetometer::setCloudSpacing() {
-    cloudSpacing = noiseWasMissing ? defaultCloudSpacing : 2.0 * norm(noiseVector);
 }
 
 void Magnetometer::calcCorrection(const Ellipsoid& fit) {

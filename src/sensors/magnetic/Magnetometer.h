@@ -66,7 +66,6 @@ class Magnetometer : public InertialSensor {
   private:
     void calibrateByFlow();
     void calibrateFull();
-    void setCloudSpacing();
     Matrix measureAxes(const Ellipsoid& fit) const;
 
     TurnDetector turnDetector;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "log/Logger.h"
+#include "numerics/Rotations.h"
 #include "numerics/Statistics.h"
 #include "numerics/TextForms.h"
 #include "sensors/inertial/InertialSensor.h"
@@ -21,7 +22,6 @@ namespace tavocal {
 
 namespace {
 
-constexpr double kDegreesPerRadian = 57.29577951308232;
 constexpr int kHeadings = 4;
 
 constexpr TestTexts kMagStd = {"noise",

@@ -7,6 +7,7 @@
 
 #include "base/Text.h"
 #include "log/Logger.h"
+#include "sensors/model/SampleWindows.h"
 
 namespace tavocal {
 
@@ -18,25 +19,11 @@ constexpr double kMagMovementThres_testPhase_min = 10.0;
 constexpr double kMagMovementThres_testPhase_max = 40.0;
 constexpr double kBeginEndDifferenceThres_testPhase = 100.0;
 
-// The largest value less the smallest; NaN if any value is not finite.
-double axisRange(const std::vector<Sample>& samples, int axis) {
-    double smallest = std::numeric_limits<double>::max();
-    double largest = std::numeric_limits<double>::lowest();
-    for (const Sample& sample : samples) {
-        const double value = sample.values[axis];
-        if (!std::isfinite(value)) {
-            return std::numeric_limits<double>::quiet_NaN();
-        }
-        smallest = std::min(smallest, value);
-        largest = std::max(largest, value);
-    }
-    return largest - smallest;
-}
-
+// NaN for an axis with a value that is not finite.
 Vector axisRanges(const std::vector<Sample>& samples) {
     Vector ranges(3);
     for (int axis = 0; axis < 3; ++axis) {
-        ranges[axis] = axisRange(samples, axis);
+        ranges[axis] = finiteAxisRange(samples, {0, static_cast<int>(samples.size()) - 1}, axis);
     }
     return ranges;
 }

@@ -22,17 +22,6 @@ void requireInside(const std::vector<Sample>& samples, IndexWindow window) {
     }
 }
 
-double axisRange(const std::vector<Sample>& samples, IndexWindow window, int axis) {
-    double smallest = std::numeric_limits<double>::max();
-    double largest = std::numeric_limits<double>::lowest();
-    for (int i = window.first; i <= window.last; ++i) {
-        const double value = samples[static_cast<std::size_t>(i)].values[axis];
-        smallest = std::min(smallest, value);
-        largest = std::max(largest, value);
-    }
-    return largest - smallest;
-}
-
 double axisStd(const std::vector<Sample>& samples, IndexWindow window, int axis) {
     double sum = 0.0;
     double squares = 0.0;
@@ -69,6 +58,26 @@ IndexWindow findBufferRange(const std::vector<Sample>& samples, double t, double
         throw CalibrationException("Failed to find buffer range. Inner error");
     }
     return {std::max(firstIndexAbove(samples, t) - 1, 0), last};
+}
+
+double axisRange(const std::vector<Sample>& samples, IndexWindow window, int axis) {
+    double smallest = std::numeric_limits<double>::max();
+    double largest = std::numeric_limits<double>::lowest();
+    for (int i = window.first; i <= window.last; ++i) {
+        const double value = samples[static_cast<std::size_t>(i)].values[axis];
+        smallest = std::min(smallest, value);
+        largest = std::max(largest, value);
+    }
+    return largest - smallest;
+}
+
+double finiteAxisRange(const std::vector<Sample>& samples, IndexWindow window, int axis) {
+    for (int i = window.first; i <= window.last; ++i) {
+        if (!std::isfinite(samples[static_cast<std::size_t>(i)].values[axis])) {
+            return std::numeric_limits<double>::quiet_NaN();
+        }
+    }
+    return axisRange(samples, window, axis);
 }
 
 double maxRange(const std::vector<Sample>& samples, IndexWindow window) {

@@ -25,6 +25,11 @@ double intervalBefore(const std::vector<Sample>& samples, int index);
 // no such sample.
 IndexWindow findBufferRange(const std::vector<Sample>& samples, double t, double window);
 
+// The largest value of an axis less the smallest, over a window that lies inside the samples; NaNs
+// are passed over. The other gives NaN if a value of the axis is not finite.
+double axisRange(const std::vector<Sample>& samples, IndexWindow window, int axis);
+double finiteAxisRange(const std::vector<Sample>& samples, IndexWindow window, int axis);
+
 // The largest, over the three axes, of the largest value less the smallest, and of the population
 // standard deviations. Both are at least 2.2250738585072014e-308. Both throw CalibrationException
 // "invalid buffer range" for a window that is not inside the samples; maxRange of no samples is 0.

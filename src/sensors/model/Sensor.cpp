@@ -21,10 +21,6 @@ std::string Sensor::getDisplayName() const {
     return isPrimary() ? name : name + "_2";
 }
 
-std::string Sensor::getLuidText() const {
-    return luidText(luid);
-}
-
 void Sensor::setWhiteNoise(double value) {
     if (luid.Flags == 0) {
         throw CalibrationException("Internal error. Invalid operation was performed");
@@ -35,26 +31,8 @@ void Sensor::setWhiteNoise(double value) {
     calibrationToWrite = withWhiteNoise(originalCalibration, value);
 }
 
-bool Sensor::dataRecieved(const Sample& /*sample*/) {
-    return true;
-}
-
-void Sensor::reverseStaticCalibration(Sample& /*sample*/) {}
-
 std::uint32_t Sensor::getSampleCount() const {
     return static_cast<std::uint32_t>(bufferedData.size());
-}
-
-bool Sensor::supportsRunType(RunCommand /*command*/) const {
-    return false;
-}
-
-bool Sensor::isCalibratable() const {
-    return canCalibrate && isStatic();
-}
-
-bool Sensor::isTestable() const {
-    return isStatic();
 }
 
 void Sensor::loadFromFirmware(SDT& firmware) {
@@ -115,34 +93,6 @@ std::unique_ptr<XmlElement> Sensor::sensorToXml(bool useCurrent) const {
         writeCustomPayload(data, block);
     }
     return element;
-}
-
-void Sensor::setManager(RunContext* context) {
-    manager = context;
-}
-
-bool Sensor::isPrimary() const {
-    return luid.InstanceId == 0;
-}
-
-void Sensor::stageChanged(const std::string& /*text*/) {}
-
-void Sensor::setCheckVsOriginalAxis(bool /*check*/) {}
-
-void Sensor::setNoGyroRotation(bool /*noRotation*/) {}
-
-void Sensor::userSignalledEnd() {}
-
-bool Sensor::checkMagPreTest_singleRotation(int /*first*/, int /*last*/, int& /*axis*/) {
-    return true;
-}
-
-bool Sensor::checkMagPreTest_threeRotations(std::vector<std::uint32_t> /*boundaries*/) {
-    return true;
-}
-
-bool Sensor::checkMagPreTest_translation() {
-    return true;
 }
 
 RunContext& Sensor::run() const {

@@ -11,6 +11,7 @@
 #include "sensors/model/SensorReport.h"
 #include "vocabulary/Luid.h"
 #include "vocabulary/RunTypes.h"
+#include "vocabulary/SensorTypes.h"
 #include "vocabulary/Unit.h"
 
 namespace tavocal {
@@ -35,7 +36,7 @@ class Sensor {
     // `name`, with "_2" behind it unless the sensor is primary.
     std::string getDisplayName() const;
     LUID getLuid() const { return luid; }
-    std::string getLuidText() const;
+    std::string getLuidText() const { return luidText(luid); }
     CalibrationBlock getOriginalCalibration() const { return originalCalibration; }
     bool isStatic() const { return (luid.Flags & kStaticFlag) != 0; }
     bool isDynamic() const { return (luid.Flags & kDynamicFlag) != 0; }
@@ -52,18 +53,18 @@ class Sensor {
     virtual bool testCalibration() { return true; }
 
     // Takes one sample. True if the sample counts for the guided sequence too.
-    virtual bool dataRecieved(const Sample& sample);
+    virtual bool dataRecieved(const Sample& /*sample*/) { return true; }
     // Once before live sampling: prepares reverseStaticCalibration.
     virtual void calcReverseSdt() {}
     // Undoes on a live sample what the firmware's own calibration did to it.
-    virtual void reverseStaticCalibration(Sample& sample);
+    virtual void reverseStaticCalibration(Sample& /*sample*/) {}
 
     // The result for the console, with line ends; may be empty.
     virtual std::string toDisplayText() const { return {}; }
     virtual std::uint32_t getSampleCount() const;
-    virtual bool supportsRunType(RunCommand command) const;
-    virtual bool isCalibratable() const;
-    virtual bool isTestable() const;
+    virtual bool supportsRunType(RunCommand /*command*/) const { return false; }
+    virtual bool isCalibratable() const { return canCalibrate && isStatic(); }
+    virtual bool isTestable() const { return isStatic(); }
 
     // Reads the sensor's block, and what else the class wants, from the firmware. An empty block
     // counts as none. Throws SmhiException if the firmware fails, and as setCalibrationData.
@@ -88,33 +89,34 @@ class Sensor {
     virtual void writeCalibrationXml(XmlElement& data, const CalibrationBlock& block) const = 0;
 
     // `context` must outlive the sensor's work in the run.
-    virtual void setManager(RunContext* context);
+    virtual void setManager(RunContext* context) { manager = context; }
     // The run. Throws CalibrationException "Internal error" before setManager.
     RunContext& run() const;
-    virtual bool isPrimary() const;
+    virtual bool isPrimary() const { return luid.InstanceId == 0; }
 
     // The operator's answer to the current stage.
-    virtual void stageChanged(const std::string& text);
-    virtual void setCheckVsOriginalAxis(bool check);
-    virtual void setNoGyroRotation(bool noRotation);
+    virtual void stageChanged(const std::string& /*text*/) {}
+    virtual void setCheckVsOriginalAxis(bool /*check*/) {}
+    virtual void setNoGyroRotation(bool /*noRotation*/) {}
 
     // The magnetic environment test; only a magnetometer does more than to agree. The operator has
     // made the last rotation. Main thread, while samples flow.
-    virtual void userSignalledEnd();
+    virtual void userSignalledEnd() {}
     // Whether the samples of a movement show that it was made as told. `first` and `last` are
     // sample indexes, both included; `axis` becomes the axis of the rotation; `boundaries` are the
     // sample counts at the three key presses.
-    virtual bool checkMagPreTest_singleRotation(int first, int last, int& axis);
-    virtual bool checkMagPreTest_threeRotations(std::vector<std::uint32_t> boundaries);
-    virtual bool checkMagPreTest_translation();
+    virtual bool checkMagPreTest_singleRotation(int /*first*/, int /*last*/, int& /*axis*/) {
+        return true;
+    }
+    virtual bool checkMagPreTest_threeRotations(std::vector<std::uint32_t> /*boundaries*/) {
+        return true;
+    }
+    virtual bool checkMagPreTest_translation() { return true; }
 
     SensorReport report{*this};
 
     LUID luid;
-    static constexpr int kGenericKind = 0;
-    static constexpr int kInertialKind = 1;
-    static constexpr int kAmbientLightKind = 2;
-    int sensorKind = kGenericKind;
+    SensorKind sensorKind = SensorKind::Generic;
     std::string name;
     Unit samplingUnit = Unit::unknown;  // of the samples and of all the maths
     Unit firmwareUnit = Unit::unknown;  // of the offset inside calibration blocks

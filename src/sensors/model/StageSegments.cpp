@@ -1,6 +1,5 @@
 #include "sensors/model/StageSegments.h"
 
-#include "base/Failures.h"
 #include "log/Logger.h"
 #include "log/ScopeLog.h"
 #include "sensors/model/SampleWindows.h"
@@ -15,6 +14,15 @@ constexpr const char* kLogName = "InertialSensor::findIndex";
 [[noreturn]] void fail(const std::string& logLine, const std::string& message) {
     TAVOCAL_LOG(Debug, kLogName, logLine);
     throw CalibrationException(message);
+}
+
+// From one entry to the next.
+StageRange rangeAt(const std::vector<int>& indexes, int entry) {
+    const auto at = static_cast<std::size_t>(entry);
+    if (entry < 0 || at + 1 >= indexes.size()) {
+        return {};
+    }
+    return {indexes[at], indexes[at + 1]};
 }
 
 }  // namespace
@@ -41,21 +49,25 @@ std::vector<int> segmentIndexes(const Sensor& sensor, const std::vector<double>&
                  sensor.name + " Calibration Error: Failed splitting data to segments");
         }
         if (i != 0 && i != last && indexes[i] == indexes[i - 1]) {
-            throw CalibrationException(sensor.name +
-                                       " Calibration Error: No data was sampled during stage " +
-                                       std::to_string(i));
+            throw noSamplesBefore(sensor, i);
         }
     }
     indexes[last] = sampleCount;
     return indexes;
 }
 
+CalibrationException noSamplesBefore(const Sensor& sensor, std::size_t boundary) {
+    return CalibrationException(sensor.name +
+                                " Calibration Error: No data was sampled during stage " +
+                                std::to_string(boundary));
+}
+
 StageRange stageRange(const std::vector<int>& indexes, int stage) {
-    const std::size_t at = 2 * static_cast<std::size_t>(stage);
-    if (stage < 0 || at + 1 >= indexes.size()) {
-        return {};
-    }
-    return {indexes[at], indexes[at + 1]};
+    return rangeAt(indexes, 2 * stage);
+}
+
+StageRange motionRange(const std::vector<int>& indexes, int stage) {
+    return rangeAt(indexes, 2 * stage + 1);
 }
 
 void appendSamples(std::vector<Sample>& to, const std::vector<Sample>& from, StageRange range) {

@@ -23,13 +23,6 @@ namespace {
 constexpr double kOffsetColumn = 0.001;
 constexpr int kPositions = 4;
 
-double signOf(double value) {
-    if (value == 0.0) {
-        return 0.0;
-    }
-    return value > 0.0 ? 1.0 : -1.0;
-}
-
 }  // namespace
 
 Accelerometer::Accelerometer(const LUID& identity) : InertialSensor(identity) {
@@ -55,16 +48,16 @@ bool Accelerometer::movedFromReference() {
 
 void Accelerometer::setThresholds() {
     const FlowType flow = run().flowType();
-    const bool sixSided = flow == FlowType::Full || flow == FlowType::AccelerometerOnly;
-    limits.whiteNoiseLimit = sixSided ? 0.015 : 0.06;
-    limits.normStdLimit = sixSided ? 0.001 : 0.04;
-    limits.expectedErrorLimit = sixSided ? 0.001 : 0.2;
-    limits.scaleLimit = sixSided ? 0.3 : 0.5;
-    limits.rotationLimit = sixSided ? 5.0 : 0.3;
+    const bool affine = flow == FlowType::Full || flow == FlowType::AccelerometerOnly;
+    limits.whiteNoiseLimit = affine ? 0.015 : 0.06;
+    limits.normStdLimit = affine ? 0.001 : 0.04;
+    limits.expectedErrorLimit = affine ? 0.001 : 0.2;
+    limits.scaleLimit = affine ? 0.3 : 0.5;
+    limits.rotationLimit = affine ? 5.0 : 0.3;
     limits.offsetLimit = 0.3;
     limits.expectedNorm = 1.0;
     limits.normTolerance = 0.02;
-    if (sixSided) {
+    if (affine) {
         defaultNoise = 0.001;
     }
     faceUpStdLimit = 0.05;
@@ -116,7 +109,6 @@ void Accelerometer::calibrateByFlow() {
 void Accelerometer::calibrateFull() {
     computeStageStatistics();
     noiseVector = calcWhiteNoise();
-    replaceMissingNoise();
     solveAffineMap();
     splitAxisMapping(false);
     checkSuccessGate();
@@ -149,7 +141,6 @@ void Accelerometer::solveAffineMap() {
 void Accelerometer::calibrateFourSteps() {
     computeStageStatistics();
     noiseVector = calcWhiteNoise();
-    replaceMissingNoise();
     mapFourStepAxes();
     findFourStepOffset();
     findFourStepScale();

@@ -8,6 +8,7 @@
 #include "base/Text.h"
 #include "numerics/MatrixInverse.h"
 #include "numerics/Rotations.h"
+#include "sensors/inertial/AxisMapping.h"
 #include "sensors/inertial/FaceUpCalibration.h"
 #include "sensors/model/Assertions.h"
 #include "sensors/model/RunContext.h"
@@ -23,31 +24,12 @@ namespace tavocal {
 namespace {
 
 constexpr int kTurns = 3;
-constexpr std::size_t kFullFlowEntries = 14;
 constexpr double kSecondsPerMs = 0.001;
 constexpr double kMsPerSecond = 1000.0;
-constexpr double kRadiansPerDegree = 0.017453292519943295;
-constexpr double kWrongAxisAngle = 0.7853981633974483;  // 45 degrees
 
 constexpr TestTexts kMotion = {"rotation", Unit::degree,
                                "Angles",   "measured rotation in degrees",
                                "Expected", "expected rotation at a perfectly calibrated system"};
-
-double signOf(double value) {
-    if (value == 0.0) {
-        return 0.0;
-    }
-    return value > 0.0 ? 1.0 : -1.0;
-}
-
-// The samples between stage `motion` and the next one. An empty range if there is no such motion.
-StageRange motionRange(const std::vector<int>& ind, int motion) {
-    const std::size_t at = 2 * static_cast<std::size_t>(motion) + 1;
-    if (motion < 0 || at + 1 >= ind.size()) {
-        return {};
-    }
-    return {ind[at], ind[at + 1]};
-}
 
 }  // namespace
 
@@ -146,18 +128,23 @@ void Gyroscope::calibrateTurns() {
     convertToFWForamt();
 }
 
-void Gyroscope::computeStageStatistics() {
+bool Gyroscope::computeStageStatistics() {
     const std::vector<double> times = run().segmentTimes();
-    const std::size_t stride = times.size() == kFullFlowEntries ? 4 : 2;
+    const std::size_t stride = positionStride(times.size());
     const std::vector<int> ind = findIndex();
     const int turns = integrateTurns(ind, stride);
-    offsetVector = medianAndNoise(stillSamples(ind));
-    replaceMissingNoise();
+    const std::vector<Sample> still = stillSamples(ind);
+    if (still.empty()) {
+        throw noSamplesBefore(*this, 1);
+    }
+    offsetVector = medianAndNoise(still);
+    const bool noiseMeasured = replaceLostNoise();
     for (int k = 0; k < turns; ++k) {
         const std::size_t begin = 1 + static_cast<std::size_t>(k) * stride;
         const double length = times[begin + 1] - times[begin];
         stageMeans.setRow(k, row(stageMeans, k) - offsetVector * length * kSecondsPerMs);
     }
+    return noiseMeasured;
 }
 
 // The integrals of the measured turns into the rows of stageMeans; the result is their number. In
@@ -289,16 +276,12 @@ bool Gyroscope::TestIntegration() {
             row(motionRotations, i), expectedRow(i),
             "motion " + getDisplayName() + " step " + std::to_string(i) + " gyro rotation test", "",
             testingConfig().gyr_threshold_motion_DPS);
-        if (!test.judge(judgement, kMotion) && turnsAboutWrongAxis(i)) {
+        if (!test.judge(judgement, kMotion) &&
+            pointsAlongWrongAxis(row(motionRotations, i), expectedRow(i))) {
             test.suspectWrongAxis();
         }
     }
     return test.finish();
-}
-
-// So far off that a poor scale can't explain it.
-bool Gyroscope::turnsAboutWrongAxis(int motion) const {
-    return angleBetween(row(motionRotations, motion), expectedRow(motion)) >= kWrongAxisAngle;
 }
 
 }  // namespace tavocal

@@ -83,25 +83,67 @@ TEST(InertialSensorTest, FullFlowTakesTwoStagesForAPosition) {
     }
     bench.sensor->setStageRows();
     bench.sensor->defaultNoise = 9.0;
-    bench.sensor->computeStageStatistics();
+    EXPECT_TRUE(bench.sensor->computeStageStatistics());
     EXPECT_EQ(bench.sensor->stageMeans, Matrix(4, 3, {1, 1, 1, 3, 3, 3, 5, 5, 5, 6, 6, 6}));
     EXPECT_NEAR(bench.sensor->noiseVector[1], 0.75 * std::sqrt(99.0 * 100.0) / 199.0, 1e-12);
     // Rounding may leave constant readings without a noise.
     for (Sample& sample : bench.sensor->bufferedData) {
         sample.values = {0.0, 0.01, 0.0};
     }
-    bench.sensor->computeStageStatistics();
+    EXPECT_FALSE(bench.sensor->computeStageStatistics());
     EXPECT_EQ(bench.sensor->noiseVector[1], 9.0);
 }
 
-TEST(InertialSensorTest, OneSampleOutAndBackIsOneSpike) {
-    Bench bench("Accelerometer", FlowType::FourSteps);
-    bench.run.times = {0.0, 80.0, 90.0, 100.0};
-    for (const double value : {0.0, 5.1, 0.0, 5.0, 10.1, 10.1, 0.0, 9.0, 0.0, 0.0}) {
-        const double time = 10.0 * static_cast<double>(bench.sensor->bufferedData.size() + 1);
-        bench.sensor->bufferedData.push_back({time, {0.0, value, 0.0}});
+// However good the rest is: the medians don't show such a sample.
+TEST(InertialSensorTest, SampleThatIsNoNumberLeavesNoNoise) {
+    for (const double bad : {kNotANumber, kInfinity, 1e200}) {
+        for (const FlowType flow : {FlowType::FourSteps, FlowType::AccelerometerOnly}) {
+            InertialBench<Accelerometer> bench("Accelerometer", flow);
+            bench.sensor->buildExpectedValues();
+            for (int p = 0; p < 4; ++p) {
+                bench.addStage(bench.sensor->expectedRow(p));
+            }
+            bench.sensor->bufferedData[150].values[1] = bad;
+            EXPECT_EQ(failureOf([&] { bench.sensor->calibrate(); }),
+                      "Calibration failed for sensor Accelerometer. Reason: Calculated calibration "
+                      "is not finite.\n");
+        }
+        Bench bench("Magnetometer", FlowType::Full);
+        bench.run.stages = 7;
+        for (int i = 0; i < 7; ++i) {
+            bench.addStage({0.0, 0.01, 0.0});  // whose noise rounding loses
+        }
+        bench.sensor->bufferedData[30].values[1] = bad;
+        bench.sensor->setStageRows();
+        EXPECT_FALSE(bench.sensor->computeStageStatistics());
+        EXPECT_TRUE(std::isnan(bench.sensor->noiseVector[1]));
     }
-    EXPECT_EQ(bench.sensor->countSpikes(0, 5.05), 3);
+}
+
+// A stage that holds nothing but its last sample shows no position; a gyroscope takes all stages
+// for one.
+TEST(InertialSensorTest, PositionWithoutSamplesIsNamed) {
+    for (const auto& [name, flow, shortStages, boundary] :
+         {std::tuple("Accelerometer", FlowType::FourSteps, "0", "1"),
+          std::tuple("Accelerometer", FlowType::FourSteps, "12", "3"),
+          std::tuple("Accelerometer_2", FlowType::AccelerometerOnly, "3", "7"),
+          std::tuple("Accelerometer", FlowType::Full, "6", "13"),
+          std::tuple("Magnetometer", FlowType::Full, "6", "13"),
+          std::tuple("Gyroscope", FlowType::FourSteps, "0123", "1")}) {
+        Bench bench(name, flow);
+        InertialSensor& sensor = *bench.sensor;
+        bench.run.stages = flow == FlowType::Full ? 7 : 4;
+        for (int i = 0; i < bench.run.stages; ++i) {
+            bench.addStage(ones3());
+            if (contains(shortStages, std::to_string(i))) {
+                auto& samples = sensor.bufferedData;
+                const bool last = i + 1 == bench.run.stages;
+                samples.erase(samples.end() - 100, samples.end() - (last ? 0 : 1));
+            }
+        }
+        EXPECT_EQ(failureOf([&] { sensor.calibrate(); }),
+                  sensor.name + " Calibration Error: No data was sampled during stage " + boundary);
+    }
 }
 
 TEST(InertialSensorTest, WhatCannotBeAskedIsRefused) {

@@ -116,12 +116,13 @@ TEST_P(QualityGateTest, HoldsEachLimit) {
 
 TEST_P(QualityGateTest, ResultThatIsNotFiniteFails) {
     const double nan = std::nan("");
-    for (int field = 0; field < 4; ++field) {
+    for (int field = 0; field < 5; ++field) {
         makePerfect();
         (field == 0   ? sensor->offsetVector[2]
          : field == 1 ? sensor->scaleMatrix[0][1]
          : field == 2 ? sensor->axisMapping[1][0]
-                      : sensor->stageMeans[3][1]) = nan;
+         : field == 3 ? sensor->stageMeans[3][1]
+                      : sensor->noiseVector[0]) = nan;
         expectVerdict(kNotFinite, "Not finite");
     }
 }

@@ -40,4 +40,16 @@ TEST(SampleWindowsTest, MeasuresTheAxisThatMovesMost) {
     }
 }
 
+TEST(SampleWindowsTest, RangeOfAnAxisPassesNaNsOverOrTellsOfThem) {
+    std::vector<Sample> samples = kSamples;
+    EXPECT_EQ(axisRange(samples, {0, 2}, 1), 2.0);
+    EXPECT_EQ(finiteAxisRange(samples, {0, 2}, 1), 2.0);
+    samples[1].values[1] = kNotANumber;
+    samples[3].values[1] = kInfinity;
+    EXPECT_EQ(axisRange(samples, {0, 2}, 1), 2.0);
+    EXPECT_EQ(axisRange(samples, {0, 3}, 1), kInfinity);
+    EXPECT_TRUE(std::isnan(finiteAxisRange(samples, {0, 2}, 1)));
+    EXPECT_TRUE(std::isnan(finiteAxisRange(samples, {2, 3}, 1)));
+}
+
 }  // namespace tavocal::test

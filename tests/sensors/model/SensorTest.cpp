@@ -28,10 +28,10 @@ std::string verdictOn(const Sensor& sensor, std::uint8_t format, std::size_t siz
 TEST(SensorTest, TypeDecidesTheClass) {
     for (const int type :
          {0x71, 0x72, 0x74, 0x75, 0x77, 0x7C, 0x7E, 0x81, 0x8D, 0x241, 0x242, 0x24F}) {
-        EXPECT_EQ(sensorOf(type)->sensorKind, Sensor::kInertialKind) << type;
+        EXPECT_EQ(sensorOf(type)->sensorKind, SensorKind::Inertial) << type;
     }
     for (const int type : {0, 0x40, 0x42, 0x70, 0x7F, 0x80, 0x8E, 0x240, 0x243, 0x24E, 0x250}) {
-        EXPECT_EQ(sensorOf(type)->sensorKind, Sensor::kGenericKind) << type;
+        EXPECT_EQ(sensorOf(type)->sensorKind, SensorKind::Generic) << type;
     }
     EXPECT_EQ(failureOf([] { sensorOf(0)->run(); }), "Internal error");
 }

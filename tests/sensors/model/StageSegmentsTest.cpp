@@ -29,6 +29,8 @@ TEST(StageSegmentsTest, CutsTheSamplesByTheTimesOfTheStages) {
     }
     EXPECT_EQ(stageRange({1, 4, 5, 10, 12}, 1).count(), 5);
     EXPECT_EQ(stageRange({1, 4, 5, 10, 12}, 2).count(), 0);
+    EXPECT_EQ(motionRange({1, 4, 5, 10, 12}, 1).count(), 2);
+    EXPECT_EQ(motionRange({1, 4, 5, 10}, 1).count(), 0);
 }
 
 }  // namespace tavocal::test

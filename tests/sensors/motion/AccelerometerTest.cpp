@@ -118,6 +118,8 @@ TEST(FaceUpCalibrationTest, CorrectsOnlyTheOffsetOfTheBlock) {
         if (parameter.empty()) {
             storeOffset(block, {300000, -250000, 250000});
             EXPECT_EQ(sensor.calibrationToWrite, block);
+            const char* const corrected = "CalibratedAverages[Rows=1 Cols=3](Values('0.000000,0.00";
+            EXPECT_TRUE(contains(report, corrected)) << report;
         }
     }
     Bench bench("Accelerometer", FlowType::Minimal);

@@ -1,12 +1,12 @@
-#include "sensors/inertial/InertialXml.h"
+#include "sensors/inertial/InertialBlockSensor.h"
 
 #include "support/CalibrationFile.h"
 
 namespace tavocal::test {
 
-using InertialXmlTest = CalibrationFile;
+using InertialBlockSensorTest = CalibrationFile;
 
-TEST_F(InertialXmlTest, StaticData) {
+TEST_F(InertialBlockSensorTest, StaticData) {
     expectTableOfTest();
     const auto sensor = load(lastLoaded()).at(0);
     EXPECT_EQ(sensor->formFactor, firmware.formFactor);
@@ -16,7 +16,7 @@ TEST_F(InertialXmlTest, StaticData) {
     EXPECT_THROW(load(lastLoaded()), SmhiException);
 }
 
-TEST_F(InertialXmlTest, WhiteNoiseGoesIntoThePresentBlock) {
+TEST_F(InertialBlockSensorTest, WhiteNoiseGoesIntoThePresentBlock) {
     expectTableOfTest();
     const auto loadOverUnusable = [this] {
         for (const CalibrationBlock& unusable : {CalibrationBlock{}, CalibrationBlock(12, 9)}) {
