@@ -1,7 +1,7 @@
 #include "sampling/SensorManager.h"
 
 #include "process/Process.h"
-#include "sampling/StageIndicators.h"
+#include "sampling/IndicatorHandOver.h"
 #include "sensors/SensorFactory.h"
 #include "sensors/model/Sensor.h"
 #include "vocabulary/SensorTypes.h"

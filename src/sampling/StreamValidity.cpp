@@ -7,8 +7,8 @@
 #include "base/Failures.h"
 #include "log/Logger.h"
 #include "process/Process.h"
+#include "sampling/IndicatorHandOver.h"
 #include "sampling/SamplingState.h"
-#include "sampling/StageIndicators.h"
 #include "sensors/model/Sensor.h"
 
 namespace tavocal {

@@ -5,8 +5,8 @@
 #include "base/Failures.h"
 #include "base/Text.h"
 #include "platform/Console.h"
+#include "sampling/IndicatorHandOver.h"
 #include "sampling/SamplingState.h"
-#include "sampling/StageIndicators.h"
 #include "sensors/model/Sensor.h"
 #include "vocabulary/SensorTypes.h"
 

@@ -1,10 +1,10 @@
-#include "sampling/StageIndicators.h"
+#include "sampling/IndicatorHandOver.h"
 
 #include "sampling/FakeRunParts.h"
 
 namespace tavocal::test {
 
-TEST(StageIndicators, SensorsAreOfferedUpToTheFirstPrimaryOne) {
+TEST(IndicatorHandOver, SensorsAreOfferedUpToTheFirstPrimaryOne) {
     // What the sequence is handed, and whether the last offer was enough.
     const auto offered = [](const std::vector<std::string>& names, const std::string& wanted) {
         FakeProcess process;

@@ -1,4 +1,4 @@
-#include "sampling/StageIndicators.h"
+#include "sampling/IndicatorHandOver.h"
 
 #include <algorithm>
 #include <array>
