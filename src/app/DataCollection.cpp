@@ -129,6 +129,8 @@ void DataCollection::stopSampling() {
     }
 }
 
+// A stop that the firmware refuses ends the run as a failed step does: what was collected is
+// dumped, but no calibration is made of it and nothing is written into the firmware.
 void DataCollection::stopAfterLastStep() {
     try {
         stopSampling();
@@ -148,6 +150,8 @@ void DataCollection::endFailedCollection(const std::function<void()>& writeRepor
     if (!settings.isMagTest) {
         platform::Console::instance().writeColoured(platform::kLightRed,
                                                     "DATA COLLECTION FAILED\n");
+        // The stop may have to wait for the firmware.
+        platform::Console::instance().flush();
     }
     stopQuietly();
     if (settings.isMagTest) {
