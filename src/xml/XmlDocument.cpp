@@ -4,8 +4,8 @@
 #include <optional>
 
 #include "base/Text.h"
+#include "base/Utf8.h"
 #include "platform/Files.h"
-#include "xml/Utf8.h"
 #include "xml/XmlCursor.h"
 #include "xml/XmlParser.h"
 

@@ -6,13 +6,13 @@
 #include <string_view>
 #include <utility>
 
-#include "xml/XmlChildren.h"
 #include "xml/XmlResult.h"
 
 namespace tavocal {
 
 class XmlCursor;
 class XmlElement;
+class XmlNode;
 
 enum class XmlNodeType : std::int32_t {
     Element = 1,
@@ -21,6 +21,30 @@ enum class XmlNodeType : std::int32_t {
     Text = 4,
     Declaration = 5,
     Document = 6,
+};
+
+// The children of a node in document order, to walk over: each is a pointer that isn't null.
+class XmlChildren {
+  public:
+    class Iterator {
+      public:
+        explicit Iterator(const XmlNode* first) : node(first) {}
+        const XmlNode* operator*() const { return node; }
+        Iterator& operator++();
+        bool operator==(const Iterator& other) const { return node == other.node; }
+
+      private:
+        const XmlNode* node;
+    };
+
+    explicit XmlChildren(const XmlNode* firstChild) : first(firstChild) {}
+
+    bool empty() const { return first == nullptr; }
+    Iterator begin() const { return Iterator(first); }
+    Iterator end() const { return Iterator(nullptr); }
+
+  private:
+    const XmlNode* first;
 };
 
 // Base of the XML tree. A node owns its children. Names are compared ignoring case.
