@@ -8,6 +8,7 @@ cd "$(dirname "$0")/.."
 
 seconds=${2:-60}
 scripts/setup.sh clang
+scripts/setup.sh "libclang-rt-$(clang -dumpversion | cut -d. -f1)-dev"
 
 cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz -j"$(nproc)"

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Installs what the build and the tests need, with apt-get. What is there stays as it is, and with
 # everything there nothing is run and no rights are needed. Programs that are wanted besides, in
-# packages of the same name, are arguments: scripts/setup.sh gcovr
+# packages of the same name, are arguments: scripts/setup.sh gcovr. So is libclang-rt-VERSION-dev,
+# Clang's fuzzer and sanitizers.
 set -euo pipefail
 
 besides=("$@")
@@ -10,13 +11,25 @@ has_gtest() {
     echo '#include <gtest/gtest.h>' | g++ -E -x c++ - >/dev/null 2>&1
 }
 
+has_fuzzer() {
+    echo 'extern "C" int LLVMFuzzerTestOneInput(const char*, unsigned long) { return 0; }' |
+        clang++ -fsanitize=fuzzer,address -x c++ - -o /dev/null 2>/dev/null
+}
+
+has_program() {
+    case $1 in
+    libclang-rt-*) has_fuzzer ;;
+    *) command -v "$1" >/dev/null ;;
+    esac
+}
+
 missing_packages() {
     command -v g++ >/dev/null || echo g++
     command -v cmake >/dev/null || echo cmake
     command -v ninja >/dev/null || echo ninja-build
     has_gtest || echo libgtest-dev
     for program in "${besides[@]}"; do
-        command -v "$program" >/dev/null || echo "$program"
+        has_program "$program" || echo "$program"
     done
 }
 
