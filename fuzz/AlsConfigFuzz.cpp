@@ -4,32 +4,26 @@
 
 #include "base/Failures.h"
 #include "formats/AlsConfig.h"
-#include "fuzz/InputFile.h"
+#include "fuzz/ScratchFolder.h"
+#include "sensors/light/LightLevels.h"
 
 namespace {
 
 bool isSound(const tavocal::AlsAutoConfig& config) {
-    if (config.values.empty() || config.delayTime < 3 || config.delayTime > 50) {
-        return false;
-    }
-    for (std::size_t i = 0; i < config.values.size(); ++i) {
-        if (config.values[i] < tavocal::kLowestLightLevel ||
-            (i > 0 && tavocal::levelsTooClose(config.values[i - 1], config.values[i]))) {
-            return false;
-        }
-    }
-    return true;
+    const tavocal::LevelSeries& levels = config.values;
+    return !levels.empty() && tavocal::tooLowLevel(levels) == levels.end() &&
+           !tavocal::levelsTurn(levels) && !tavocal::levelsTooClose(levels) &&
+           config.delayTime >= 3 && config.delayTime <= 50;
 }
 
 }  // namespace
 
 // Whatever the file holds, it fails or gives levels that a run can work with.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const tavocal::fuzz::InputFile file(".txt");
-    file.write(data, size);
+    static const tavocal::fuzz::ScratchFolder folder;
     tavocal::AlsAutoConfig config;
     try {
-        tavocal::loadAlsConfig(file.path(), config);
+        tavocal::loadAlsConfig(folder.write("als.txt", {data, size}), config);
         if (!isSound(config)) {
             std::abort();
         }

@@ -1,11 +1,13 @@
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <vector>
 
-#include "base/Failures.h"
 #include "formats/CsvParser.h"
-#include "fuzz/InputFile.h"
+#include "fuzz/Attempt.h"
+#include "fuzz/InputBytes.h"
+#include "fuzz/ScratchFolder.h"
 #include "sensors/SensorFactory.h"
 #include "sensors/model/Sensor.h"
 #include "vocabulary/SensorTypes.h"
@@ -27,24 +29,26 @@ bool isSound(const std::vector<tavocal::Sample>& samples, int valuesPerSample) {
 
 }  // namespace
 
-// The first byte picks the kind of sensor, the rest is its dump.
+// The lowest bits of the first byte pick the sensor's class, the next one whether the LUID line is
+// taken; the rest is its dump.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const tavocal::fuzz::InputFile file("Sensor.csv");
-    if (size == 0) {
-        return 0;
-    }
-    const bool isLight = data[0] % 2 == 1;
-    const auto sensor = tavocal::makeSensor(
-        {isLight ? tavocal::kAmbientLightType : tavocal::kAccelerometerType, 0, 0, 0, 0});
+    static const tavocal::fuzz::ScratchFolder folder;
+    static constexpr std::array<std::uint16_t, 8> kTypes = {
+        tavocal::kAccelerometerType, tavocal::kAmbientLightType, tavocal::kGyroscopeType,
+        tavocal::kMagnetometerType,  tavocal::kCompassType,      0x1234,
+        tavocal::kAccelerometerType, tavocal::kAmbientLightType};
+    tavocal::fuzz::InputBytes input(data, size);
+    const std::uint8_t choice = input.byte();
+    const auto sensor = tavocal::makeSensor({kTypes[choice % kTypes.size()], 0, 0, 0, 0});
     sensor->name = "Sensor";
-    file.write(data + 1, size - 1);
-    try {
-        const auto samples = tavocal::CsvParser().readFromFile(file.stem(), {sensor}, false);
+    folder.write("Sensor.csv", input.remaining());
+    const bool readsLuid = (choice & kTypes.size()) != 0;
+    tavocal::fuzz::attempt([&] {
+        const auto samples =
+            tavocal::CsvParser().readFromFile(folder.path(""), {sensor}, readsLuid);
         if (!isSound(samples.at(sensor), sensor->valuesPerSample)) {
             std::abort();
         }
-    } catch (const tavocal::CalibrationException&) {
-    } catch (const tavocal::MathException&) {
-    }
+    });
     return 0;
 }

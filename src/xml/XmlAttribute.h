@@ -1,26 +1,45 @@
 #pragma once
 
-#include "xml/XmlNode.h"
+#include <memory>
+#include <string>
+#include <string_view>
 
 namespace tavocal {
 
-// One attribute of an element. The value of a parsed one has its references decoded; printing
-// doesn't put them back.
-class XmlAttribute : public XmlNode {
+class XmlCursor;
+
+// One attribute of an element. Of a parsed one, which can be a single blank of the file, there is
+// only the place in the document's text: its name and its value are read from there each time.
+class XmlAttribute {
   public:
-    XmlAttribute();
+    XmlAttribute() = default;
     XmlAttribute(std::wstring name, std::wstring value);
 
-    void setValue(std::wstring value) { texts.value = std::move(value); }
+    std::wstring name() const { return texts().name; }
+    // With the references decoded; printing doesn't put them back.
+    std::wstring value() const { return texts().value; }
+    // The source text of a parsed attribute, as XmlNode's.
+    std::wstring_view outerXml() const { return source; }
 
-    // Reads up to a blank outside quotes, ">", "/>" or the end, which stay at the cursor. What is
-    // read may be empty. Always succeeds, or throws what decodeReferences throws.
-    [[nodiscard]] XmlResult parse(XmlCursor& cursor) override;
-    void print(std::wstring& out, std::uint8_t level) const override;
+    void setValue(std::wstring value);
+
+    // Steps over an attribute: up to a blank outside quotes, ">", "/>" or the end, which stay at
+    // the cursor. What lies there may be empty.
+    static void skip(XmlCursor& cursor);
+    // Reads the same. Throws what decodeReferences throws.
+    void parse(XmlCursor& cursor);
+    // Appends the attribute's text to `out`.
+    void print(std::wstring& out) const;
 
   private:
-    struct Progress;
-    void take(const XmlCursor& cursor, Progress& progress);
+    struct Texts {
+        std::wstring name;
+        std::wstring value;
+    };
+    Texts texts() const;
+
+    std::wstring_view source;
+    std::unique_ptr<Texts> own;  // null for a parsed attribute
 };
 
 }  // namespace tavocal

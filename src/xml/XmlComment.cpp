@@ -11,26 +11,22 @@ constexpr std::wstring_view kClosing = L"-->";
 
 }  // namespace
 
-XmlComment::XmlComment() : XmlNode(XmlNodeType::Comment) {}
-
-XmlComment::XmlComment(std::wstring_view text) : XmlComment() {
-    setContent(text);
-}
+XmlComment::XmlComment(std::wstring_view text) : content(std::wstring(text)) {}
 
 XmlResult XmlComment::parse(XmlCursor& cursor) {
     const std::size_t start = cursor.position();
     if (!cursor.consume(kOpening)) {
         return XmlResult::OpeningTokenMissing;
     }
-    setContent(cursor.takeUntil(kClosing));
+    content = XmlString::partOf(cursor.takeUntil(kClosing));
     cursor.consume(kClosing);
-    texts.outerXml = cursor.since(start);
+    source = cursor.since(start);
     return XmlResult::Success;
 }
 
 void XmlComment::print(std::wstring& out, std::uint8_t level) const {
     appendIndentation(out, level);
-    out.append(kOpening).append(innerText()).append(kClosing).append(kXmlLineEnd);
+    out.append(kOpening).append(value()).append(kClosing).append(kXmlLineEnd);
 }
 
 }  // namespace tavocal

@@ -37,20 +37,17 @@ std::wstring_view XmlCursor::takeUntilBlank() {
     return since(start);
 }
 
-bool XmlCursor::enterElement() {
-    if (depth == kMaxXmlDepth) {
-        return false;
+std::wstring_view XmlCursor::takeBlanks() {
+    const std::size_t start = place;
+    while (atBlank()) {
+        advance();
     }
-    ++depth;
-    return true;
+    return since(start);
 }
 
-bool XmlCursor::takeNode() {
-    if (nodes == kMaxXmlNodes) {
-        return false;
-    }
-    ++nodes;
-    return true;
+void XmlCursor::extend(std::wstring_view& view) const {
+    view =
+        std::wstring_view(view.data(), static_cast<std::size_t>(text.data() + place - view.data()));
 }
 
 }  // namespace tavocal

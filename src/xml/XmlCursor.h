@@ -5,14 +5,7 @@
 
 namespace tavocal {
 
-// What one document may hold. Each is far beyond the largest file of the system and keeps a
-// hostile one from exhausting the stack or the memory.
-constexpr std::size_t kMaxXmlDepth = 255;
-constexpr std::size_t kMaxXmlAttributes = 255;   // of one element
-constexpr std::size_t kMaxXmlNodes = 1'000'000;  // of one document, attributes too
-
-// Where a parse stands: the place in the text, the elements that are open and the nodes made so
-// far. The text must outlive the cursor and every view taken from it.
+// Where a parse stands in its text, which must outlive the cursor and every view taken from it.
 class XmlCursor {
   public:
     explicit XmlCursor(std::wstring_view text);
@@ -32,22 +25,18 @@ class XmlCursor {
     // The text up to `token`, or to the end if there is none, and moves there.
     std::wstring_view takeUntil(std::wstring_view token);
     std::wstring_view takeUntilBlank();
+    // The blanks that are next, and moves behind them.
+    std::wstring_view takeBlanks();
 
     std::size_t position() const { return place; }
     // The text from `start`, an earlier position, up to here.
     std::wstring_view since(std::size_t start) const { return text.substr(start, place - start); }
-
-    // Count an element that opens; false if it lies too deep. Each true needs a leaveElement.
-    bool enterElement();
-    void leaveElement() { --depth; }
-    // Counts a node; false if the document may hold no more.
-    bool takeNode();
+    // Lets `view`, which begins at an earlier place of the text, end here.
+    void extend(std::wstring_view& view) const;
 
   private:
     std::wstring_view text;
     std::size_t place = 0;
-    std::size_t depth = 0;
-    std::size_t nodes = 0;
 };
 
 }  // namespace tavocal

@@ -4,8 +4,8 @@
 #include <optional>
 
 #include "base/Text.h"
+#include "base/Utf8.h"
 #include "platform/Files.h"
-#include "xml/Utf8.h"
 #include "xml/XmlCursor.h"
 #include "xml/XmlParser.h"
 
@@ -29,16 +29,22 @@ void unifyLineEnds(std::wstring& text) {
 
 }  // namespace
 
-XmlDocument::XmlDocument() : XmlNode(XmlNodeType::Document) {}
-
 XmlDocument::~XmlDocument() {
     clearChildren();
 }
 
 std::wstring XmlDocument::innerXml() const {
     std::wstring text;
-    for (const auto& child : children()) {
+    for (const XmlNode* child : children()) {
         text += child->outerXml();
+    }
+    return text;
+}
+
+std::wstring XmlDocument::innerText() const {
+    std::wstring text;
+    for (const XmlNode* child : children()) {
+        text += child->innerText();
     }
     return text;
 }
@@ -54,9 +60,6 @@ XmlResult XmlDocument::load(const std::string& path) {
 
 XmlResult XmlDocument::loadBytes(std::string_view bytes) {
     clear();
-    if (bytes.size() > kMaxXmlBytes) {
-        return XmlResult::TooLarge;
-    }
     std::optional<std::wstring> text = wideFromUtf8(bytes);
     if (!text) {
         return XmlResult::Unreadable;
@@ -64,13 +67,13 @@ XmlResult XmlDocument::loadBytes(std::string_view bytes) {
     buffer = std::move(*text);
     endAtNul(buffer);
     unifyLineEnds(buffer);
-    texts.outerXml = buffer;
+    source = buffer;
     return parseBuffer();
 }
 
 void XmlDocument::clear() {
     clearChildren();
-    texts = Texts();
+    source = {};
     buffer = std::wstring();
 }
 
@@ -90,18 +93,19 @@ XmlResult XmlDocument::parseBuffer() {
 
 XmlResult XmlDocument::parseChild(XmlCursor& cursor) {
     std::unique_ptr<XmlNode> child;
-    const XmlResult result = parseXmlNode(cursor, child);
-    if (result != XmlResult::Success) {
-        return result;
+    XmlResult result = makeXmlNode(cursor, child);
+    if (result == XmlResult::Success) {
+        result = child->parse(cursor);
     }
-    texts.innerText += child->innerText();
-    addParsedChild(std::move(child));
-    return XmlResult::Success;
+    if (result == XmlResult::Success) {
+        addParsedChild(std::move(child));
+    }
+    return result;
 }
 
 XmlResult XmlDocument::save(const std::string& path) const {
     std::wstring text;
-    for (const auto& child : children()) {
+    for (const XmlNode* child : children()) {
         child->print(text, 0);
     }
     const std::string failure = platform::writeFile(path, toUtf8(text));

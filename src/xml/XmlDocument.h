@@ -7,18 +7,17 @@
 
 namespace tavocal {
 
-// The longest file that is read.
-constexpr std::size_t kMaxXmlBytes = 16 * 1024 * 1024;
-
 // A whole XML file. It owns the text, which the views of its nodes point into, and the tree.
 // It knows no namespaces, document types or CDATA; references are decoded in attribute values
-// only. A document can be loaded again, which drops the text and the tree that it had.
+// only. A document may be of any size and depth: it costs at most 64 times its bytes. It document
+// can be loaded again, which drops the text and the tree that it had.
 class XmlDocument : public XmlNode {
   public:
-    XmlDocument();
     // The children go before the text that they point into.
     ~XmlDocument() override;
 
+    XmlNodeType nodeType() const override { return XmlNodeType::Document; }
+    std::wstring innerText() const override;
     // Without the blanks between the children.
     std::wstring innerXml() const override;
 

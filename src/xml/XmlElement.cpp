@@ -14,9 +14,37 @@ namespace {
 
 template <typename Attributes>
 auto findAttribute(Attributes& attributes, std::wstring_view name) {
-    return std::find_if(attributes.begin(), attributes.end(), [name](const auto& attribute) {
-        return sameName(attribute->name(), name);
+    return std::find_if(attributes.begin(), attributes.end(),
+                        [name](const auto& attribute) { return sameName(attribute.name(), name); });
+}
+
+// Lets `take` step over each attribute of a start tag.
+template <typename Take>
+void forEachAttribute(XmlCursor& cursor, Take take) {
+    while (!cursor.atEnd()) {
+        take(cursor);
+        if (!cursor.atBlank()) {
+            return;
+        }
+        cursor.advance();
+    }
+}
+
+std::size_t attributeCount(XmlCursor cursor) {
+    std::size_t count = 0;
+    forEachAttribute(cursor, [&count](XmlCursor& at) {
+        XmlAttribute::skip(at);
+        ++count;
     });
+    return count;
+}
+
+bool atTagEnd(const XmlCursor& cursor) {
+    return cursor.at(L"/>") || cursor.at(L">");
+}
+
+bool isBlankText(const XmlNode& node) {
+    return node.nodeType() == XmlNodeType::Text && static_cast<const XmlText&>(node).isBlank();
 }
 
 bool endsLine(const std::wstring& text) {
@@ -24,179 +52,177 @@ bool endsLine(const std::wstring& text) {
            text.compare(text.size() - kXmlLineEnd.size(), kXmlLineEnd.size(), kXmlLineEnd) == 0;
 }
 
+std::uint8_t deeper(std::uint8_t level, std::size_t levels) {
+    return static_cast<std::uint8_t>(level + levels);
+}
+
 }  // namespace
 
-XmlElement::XmlElement() : XmlNode(XmlNodeType::Element) {}
+XmlElement::XmlElement() = default;
 
-XmlElement::XmlElement(std::wstring name) : XmlElement() {
-    texts.name = std::move(name);
-}
+XmlElement::XmlElement(std::wstring name) : ownName(std::move(name)) {}
 
 XmlElement::~XmlElement() = default;
 
+// What lies between the other children: blank texts, which are no children, belong to it.
+std::wstring XmlElement::innerText() const {
+    std::wstring text;
+    std::wstring_view rest = inner;
+    for (const XmlNode* child : children()) {
+        if (child->parent() == this && child->nodeType() != XmlNodeType::Text) {
+            const std::wstring_view other = child->outerXml();
+            const auto before = static_cast<std::size_t>(other.data() - rest.data());
+            text += rest.substr(0, before);
+            rest.remove_prefix(before + other.size());
+        }
+    }
+    return text.append(rest);
+}
+
 const XmlAttribute* XmlElement::getAttribute(std::wstring_view name) const {
     const auto found = findAttribute(ownAttributes, name);
-    return found == ownAttributes.end() ? nullptr : found->get();
+    return found == ownAttributes.end() ? nullptr : &*found;
 }
 
 void XmlElement::setAttribute(std::wstring name, std::wstring value) {
     const auto found = findAttribute(ownAttributes, name);
     if (found != ownAttributes.end()) {
-        (*found)->setValue(std::move(value));
+        found->setValue(std::move(value));
     } else {
-        ownAttributes.push_back(std::make_unique<XmlAttribute>(std::move(name), std::move(value)));
+        ownAttributes.emplace_back(std::move(name), std::move(value));
     }
 }
 
 XmlResult XmlElement::parse(XmlCursor& cursor) {
-    const std::size_t start = cursor.position();
-    if (!cursor.enterElement()) {
-        return XmlResult::TooDeep;
-    }
-    const XmlResult result = parseStates(cursor);
-    cursor.leaveElement();
-    texts.outerXml = cursor.since(start);
-    return result;
-}
-
-XmlResult XmlElement::parseStates(XmlCursor& cursor) {
-    XmlResult result = XmlResult::Success;
-    State state = State::Start;
-    while (result == XmlResult::Success && state != State::Finished && !cursor.atEnd()) {
-        switch (state) {
-            case State::Start:
-                result = parseStart(cursor, state);
-                break;
-            case State::Name:
-                result = parseName(cursor, state);
-                break;
-            case State::Attributes:
-                result = parseAttributes(cursor, state);
-                break;
-            case State::Content:
-                result = parseContent(cursor, state);
-                break;
-            case State::Closing:
-                result = parseClosing(cursor, state);
-                break;
-            case State::Finished:
-                break;
-        }
+    XmlElement* open = this;
+    XmlResult result = parseStartTag(cursor, open);
+    while (result == XmlResult::Success && open != nullptr) {
+        result = open->parseContent(cursor, open);
     }
     return result;
 }
 
-XmlResult XmlElement::parseStart(XmlCursor& cursor, State& state) {
-    state = State::Name;
-    return cursor.consume(L"<") ? XmlResult::Success : XmlResult::OpeningTokenMissing;
-}
-
-XmlResult XmlElement::parseName(XmlCursor& cursor, State& state) {
-    for (; !cursor.atEnd(); cursor.advance()) {
-        if (cursor.atBlank()) {
-            cursor.advance();
-            state = State::Attributes;
-            return XmlResult::Success;
-        }
-        if (cursor.consume(L"/>")) {
-            state = State::Finished;
-            return XmlResult::Success;
-        }
-        if (cursor.consume(L">")) {
-            state = State::Content;
-            return XmlResult::Success;
-        }
-        const wchar_t character = cursor.current();
-        if (!(name().empty() ? isNameStart(character) : isNameCharacter(character))) {
-            return XmlResult::InvalidName;
-        }
-        texts.name.push_back(character);
+XmlResult XmlElement::parseStartTag(XmlCursor& cursor, XmlElement*& open) {
+    source = cursor.since(cursor.position());
+    if (!cursor.consume(L"<")) {
+        return XmlResult::OpeningTokenMissing;
     }
-    return XmlResult::Success;
-}
-
-XmlResult XmlElement::parseAttributes(XmlCursor& cursor, State& state) {
-    while (!cursor.atEnd()) {
-        const XmlResult result = parseAttribute(cursor);
-        if (result != XmlResult::Success) {
-            return result;
-        }
-        if (cursor.at(L"/>")) {
-            state = State::Closing;
-            return XmlResult::Success;
-        }
-        if (cursor.consume(L">")) {
-            state = State::Content;
-            return XmlResult::Success;
-        }
-        if (cursor.atBlank()) {
-            cursor.advance();
-        }
-    }
-    return XmlResult::Success;
-}
-
-XmlResult XmlElement::parseAttribute(XmlCursor& cursor) {
-    if (ownAttributes.size() == kMaxXmlAttributes) {
-        return XmlResult::TooManyAttributes;
-    }
-    if (!cursor.takeNode()) {
-        return XmlResult::TooLarge;
-    }
-    ownAttributes.push_back(std::make_unique<XmlAttribute>());
-    return ownAttributes.back()->parse(cursor);
-}
-
-XmlResult XmlElement::parseContent(XmlCursor& cursor, State& state) {
-    const std::size_t start = cursor.position();
-    XmlResult result = XmlResult::Success;
-    while (result == XmlResult::Success && !cursor.atEnd() && !cursor.at(L"</")) {
-        result = parseChild(cursor);
-    }
-    texts.innerXml = cursor.since(start);
-    if (result == XmlResult::Success && cursor.consume(L"</")) {
-        state = State::Closing;
-    }
-    return result;
-}
-
-XmlResult XmlElement::parseChild(XmlCursor& cursor) {
-    std::unique_ptr<XmlNode> child;
-    const XmlResult result = parseXmlNode(cursor, child);
+    const XmlResult result = parseName(cursor);
     if (result != XmlResult::Success) {
         return result;
     }
-    if (child->nodeType() == XmlNodeType::Text) {
-        texts.innerText += child->value();
-        if (static_cast<const XmlText&>(*child).isBlank()) {
-            return XmlResult::Success;
-        }
+    if (cursor.atBlank()) {
+        cursor.advance();
+        parseAttributes(cursor);
     }
-    addParsedChild(std::move(child));
+    if (cursor.consume(L">")) {
+        inner = cursor.since(cursor.position());
+    } else {
+        cursor.consume(L"/>");
+        finish(cursor, open);
+    }
     return XmlResult::Success;
 }
 
-XmlResult XmlElement::parseClosing(XmlCursor& cursor, State& state) {
+XmlResult XmlElement::parseName(XmlCursor& cursor) {
     const std::size_t start = cursor.position();
-    while (!cursor.atEnd() && !cursor.at(L"/>") && !cursor.at(L">")) {
+    while (!cursor.atEnd() && !cursor.atBlank() && !atTagEnd(cursor)) {
+        const wchar_t character = cursor.current();
+        const bool isFirst = cursor.position() == start;
+        if (!(isFirst ? isNameStart(character) : isNameCharacter(character))) {
+            return XmlResult::InvalidName;
+        }
+        cursor.advance();
+    }
+    ownName = XmlString::partOf(cursor.since(start));
+    return XmlResult::Success;
+}
+
+// Counted first, so that no room is left over: the file may hold little else.
+void XmlElement::parseAttributes(XmlCursor& cursor) {
+    ownAttributes.reserve(attributeCount(cursor));
+    forEachAttribute(cursor, [this](XmlCursor& at) { ownAttributes.emplace_back().parse(at); });
+}
+
+XmlResult XmlElement::parseContent(XmlCursor& cursor, XmlElement*& open) {
+    if (!cursor.atEnd() && !cursor.at(L"</")) {
+        return parseChild(cursor, open);
+    }
+    cursor.extend(inner);
+    const XmlResult result = parseClosingTag(cursor);
+    finish(cursor, open);
+    return result;
+}
+
+XmlResult XmlElement::parseChild(XmlCursor& cursor, XmlElement*& open) {
+    std::unique_ptr<XmlNode> child;
+    XmlResult result = makeXmlNode(cursor, child);
+    if (result != XmlResult::Success) {
+        return result;
+    }
+    if (child->nodeType() == XmlNodeType::Element) {
+        open = static_cast<XmlElement*>(child.get());
+        addParsedChild(std::move(child));
+        return open->parseStartTag(cursor, open);
+    }
+    result = child->parse(cursor);
+    if (result == XmlResult::Success && !isBlankText(*child)) {
+        addParsedChild(std::move(child));
+    }
+    return result;
+}
+
+XmlResult XmlElement::parseClosingTag(XmlCursor& cursor) {
+    cursor.consume(L"</");
+    const std::size_t start = cursor.position();
+    while (!cursor.atEnd() && !atTagEnd(cursor)) {
         cursor.advance();
     }
     const std::wstring_view closingName = cursor.since(start);
-    if (cursor.consume(L"/>")) {
-        state = State::Finished;
-    } else if (cursor.consume(L">")) {
-        state = State::Finished;
-        return sameName(closingName, name()) ? XmlResult::Success : XmlResult::ClosingNameDiffers;
+    if (cursor.consume(L">") && !sameName(closingName, name())) {
+        return XmlResult::ClosingNameDiffers;
     }
+    cursor.consume(L"/>");
     return XmlResult::Success;
 }
 
+// The parent of the element that the parse began with isn't set yet.
+void XmlElement::finish(const XmlCursor& cursor, XmlElement*& open) {
+    cursor.extend(source);
+    open = static_cast<XmlElement*>(parsedParent());
+}
+
 void XmlElement::print(std::wstring& out, std::uint8_t level) const {
+    std::vector<const XmlElement*> open;
+    const XmlNode* node = this;
+    while (node != nullptr) {
+        const XmlElement* element = node->asElement();
+        if (element != nullptr && element->firstChild() != nullptr) {
+            element->printStartTag(out, deeper(level, open.size()));
+            open.push_back(element);
+            node = element->firstChild();
+            continue;
+        }
+        if (element != nullptr) {
+            element->printStartTag(out, deeper(level, open.size()));
+        } else {
+            node->print(out, deeper(level, open.size()));
+        }
+        while (!open.empty() && node->nextSibling() == nullptr) {
+            node = open.back();
+            open.pop_back();
+            static_cast<const XmlElement*>(node)->printClosingTag(out, deeper(level, open.size()));
+        }
+        node = open.empty() ? nullptr : node->nextSibling();
+    }
+}
+
+void XmlElement::printStartTag(std::wstring& out, std::uint8_t level) const {
     appendIndentation(out, level);
     out.append(L"<").append(name());
-    for (const auto& attribute : ownAttributes) {
+    for (const XmlAttribute& attribute : ownAttributes) {
         out.append(L" ");
-        attribute->print(out, level);
+        attribute.print(out);
     }
     if (children().empty()) {
         out.append(L"/>").append(kXmlLineEnd);
@@ -206,9 +232,9 @@ void XmlElement::print(std::wstring& out, std::uint8_t level) const {
     if (firstChild()->nodeType() != XmlNodeType::Text) {
         out.append(kXmlLineEnd);
     }
-    for (const auto& child : children()) {
-        child->print(out, static_cast<std::uint8_t>(level + 1));
-    }
+}
+
+void XmlElement::printClosingTag(std::wstring& out, std::uint8_t level) const {
     if (endsLine(out)) {
         appendIndentation(out, level);
     }

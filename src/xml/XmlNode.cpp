@@ -1,50 +1,52 @@
 #include "xml/XmlNode.h"
 
-#include <algorithm>
-
 #include "xml/XmlNames.h"
 
 namespace tavocal {
 
-XmlNode::XmlNode(XmlNodeType nodeType) : type(nodeType) {}
+XmlChildren::Iterator& XmlChildren::Iterator::operator++() {
+    node = node->nextSibling();
+    return *this;
+}
+
+XmlNode::XmlNode() = default;
 
 XmlNode::~XmlNode() {
     clearChildren();
 }
 
+// What a child holds is moved to the place of the child before that goes.
 void XmlNode::clearChildren() {
-    while (!childNodes.empty()) {
-        childNodes.pop_back();
+    while (first) {
+        const std::unique_ptr<XmlNode> child = std::move(first);
+        if (child->first) {
+            child->last->next = std::move(child->next);
+            first = std::move(child->first);
+        } else {
+            first = std::move(child->next);
+        }
     }
-}
-
-std::wstring XmlNode::innerXml() const {
-    return std::wstring(texts.innerXml);
-}
-
-const XmlNode* XmlNode::firstChild() const {
-    return childNodes.empty() ? nullptr : childNodes.front().get();
-}
-
-const XmlNode* XmlNode::lastChild() const {
-    return childNodes.empty() ? nullptr : childNodes.back().get();
+    last = nullptr;
 }
 
 const XmlNode* XmlNode::findChild(std::wstring_view name) const {
-    const auto found =
-        std::find_if(childNodes.begin(), childNodes.end(),
-                     [name](const auto& child) { return sameName(child->name(), name); });
-    return found == childNodes.end() ? nullptr : found->get();
+    for (const XmlNode* child : children()) {
+        if (sameName(child->name(), name)) {
+            return child;
+        }
+    }
+    return nullptr;
 }
 
-void XmlNode::setContent(std::wstring_view content) {
-    texts.value = content;
-    texts.innerText = content;
+void XmlNode::append(std::unique_ptr<XmlNode> child) {
+    XmlNode* const added = child.get();
+    (last == nullptr ? first : last->next) = std::move(child);
+    last = added;
 }
 
 void XmlNode::addParsedChild(std::unique_ptr<XmlNode> child) {
     child->parentNode = this;
-    addChild(std::move(child));
+    append(std::move(child));
 }
 
 XmlResult XmlNode::parse(XmlCursor& /*cursor*/) {

@@ -5,7 +5,6 @@
 #include <string>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include "xml/XmlResult.h"
 
@@ -13,6 +12,7 @@ namespace tavocal {
 
 class XmlCursor;
 class XmlElement;
+class XmlNode;
 
 enum class XmlNodeType : std::int32_t {
     Element = 1,
@@ -23,37 +23,64 @@ enum class XmlNodeType : std::int32_t {
     Document = 6,
 };
 
+// The children of a node in document order, to walk over: each is a pointer that isn't null.
+class XmlChildren {
+  public:
+    class Iterator {
+      public:
+        explicit Iterator(const XmlNode* first) : node(first) {}
+        const XmlNode* operator*() const { return node; }
+        Iterator& operator++();
+        bool operator==(const Iterator& other) const { return node == other.node; }
+
+      private:
+        const XmlNode* node;
+    };
+
+    explicit XmlChildren(const XmlNode* firstChild) : first(firstChild) {}
+
+    bool empty() const { return first == nullptr; }
+    Iterator begin() const { return Iterator(first); }
+    Iterator end() const { return Iterator(nullptr); }
+
+  private:
+    const XmlNode* first;
+};
+
 // Base of the XML tree. A node owns its children. Names are compared ignoring case.
 //
 // Which texts a node has depends on its class; the others are empty:
-//   name       elements, attributes, declarations
-//   value      texts, comments, attributes, and the attribute text of declarations
+//   name       elements, declarations
+//   value      texts, comments, and the attribute text of declarations
 //   innerText  the same as `value` for texts, comments and declarations; for a parsed element the
 //              values of its own text children, for a parsed document the texts of its children
-//   outerXml, innerXml  the source text of a parsed node and of its children. outerXml is a view
-//              into the document's text and holds until that is loaded again or destroyed.
+//   outerXml, innerXml  the source text of a parsed node and of its children
+// The views point into the node or, for a parsed one, into the document's text, and hold until that
+// is loaded again or destroyed.
+//
+// A file of N characters can hold N / 3 nodes, one in the other: so a node is small, its texts are
+// views, and nothing calls itself for each level.
 class XmlNode {
   public:
-    using Children = std::vector<std::unique_ptr<XmlNode>>;
-
     virtual ~XmlNode();
     XmlNode(const XmlNode&) = delete;
     XmlNode& operator=(const XmlNode&) = delete;
 
-    XmlNodeType nodeType() const { return type; }
-    const std::wstring& name() const { return texts.name; }
-    const std::wstring& value() const { return texts.value; }
-    const std::wstring& innerText() const { return texts.innerText; }
-    virtual std::wstring innerXml() const;
-    std::wstring_view outerXml() const { return texts.outerXml; }
+    virtual XmlNodeType nodeType() const = 0;
+    virtual std::wstring_view name() const { return {}; }
+    virtual std::wstring_view value() const { return {}; }
+    virtual std::wstring innerText() const { return std::wstring(value()); }
+    virtual std::wstring innerXml() const { return {}; }
+    std::wstring_view outerXml() const { return source; }
 
-    // Set by the parser alone: null in a tree that was built by hand, and for the attributes.
+    // Set by the parser alone: null in a tree that was built by hand.
     const XmlNode* parent() const { return parentNode; }
     // In document order.
-    const Children& children() const { return childNodes; }
-    // Null if there is no child.
-    const XmlNode* firstChild() const;
-    const XmlNode* lastChild() const;
+    XmlChildren children() const { return XmlChildren(first.get()); }
+    // Null if there is none.
+    const XmlNode* firstChild() const { return first.get(); }
+    const XmlNode* lastChild() const { return last; }
+    const XmlNode* nextSibling() const { return next.get(); }
     // The first direct child of that name, or null.
     const XmlNode* findChild(std::wstring_view name) const;
     // This node if it is an element, else null.
@@ -65,7 +92,7 @@ class XmlNode {
     template <typename Node>
     Node& addChild(std::unique_ptr<Node> child) {
         Node& added = *child;
-        childNodes.push_back(std::move(child));
+        append(std::move(child));
         return added;
     }
     void clearChildren();
@@ -80,27 +107,21 @@ class XmlNode {
     virtual void print(std::wstring& out, std::uint8_t level) const;
 
   protected:
-    struct Texts {
-        std::wstring name;
-        std::wstring value;
-        std::wstring innerText;
-        std::wstring_view innerXml;
-        std::wstring_view outerXml;
-    };
+    XmlNode();
 
-    explicit XmlNode(XmlNodeType nodeType);
-
-    // Sets the value, and the innerText, which is the same.
-    void setContent(std::wstring_view content);
-    // addChild for a node that was parsed in this one.
+    // addChild for a node that is parsed in this one.
     void addParsedChild(std::unique_ptr<XmlNode> child);
+    XmlNode* parsedParent() { return parentNode; }
 
-    Texts texts;
+    std::wstring_view source;
 
   private:
-    XmlNodeType type;
-    const XmlNode* parentNode = nullptr;
-    Children childNodes;
+    void append(std::unique_ptr<XmlNode> child);
+
+    XmlNode* parentNode = nullptr;
+    std::unique_ptr<XmlNode> first;
+    XmlNode* last = nullptr;
+    std::unique_ptr<XmlNode> next;
 };
 
 // Appends the blanks in front of a line of that level.

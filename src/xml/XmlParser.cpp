@@ -8,9 +8,7 @@
 
 namespace tavocal {
 
-namespace {
-
-XmlResult makeNode(const XmlCursor& cursor, std::unique_ptr<XmlNode>& node) {
+XmlResult makeXmlNode(const XmlCursor& cursor, std::unique_ptr<XmlNode>& node) {
     if (cursor.at(L"<?")) {
         node = std::make_unique<XmlDeclaration>();
     } else if (cursor.at(L"<!--")) {
@@ -26,16 +24,6 @@ XmlResult makeNode(const XmlCursor& cursor, std::unique_ptr<XmlNode>& node) {
         node = std::make_unique<XmlText>();
     }
     return XmlResult::Success;
-}
-
-}  // namespace
-
-XmlResult parseXmlNode(XmlCursor& cursor, std::unique_ptr<XmlNode>& node) {
-    if (!cursor.takeNode()) {
-        return XmlResult::TooLarge;
-    }
-    const XmlResult made = makeNode(cursor, node);
-    return made == XmlResult::Success ? node->parse(cursor) : made;
 }
 
 }  // namespace tavocal

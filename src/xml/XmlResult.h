@@ -14,9 +14,6 @@ enum class XmlResult {
     NoParser = 8,             // the node class has no parser
     UnsupportedSyntax = 9,    // "<![CDATA[" or "<!" where a node is expected
     StrayTagEnd = 10,         // "/>" where a node is expected
-    TooDeep = 11,             // elements are nested deeper than kMaxXmlDepth
-    TooManyAttributes = 12,   // an element has more than kMaxXmlAttributes attributes
-    TooLarge = 13,            // more than kMaxXmlBytes of text or kMaxXmlNodes nodes
 };
 
 }  // namespace tavocal

@@ -4,20 +4,19 @@
 
 namespace tavocal {
 
-XmlText::XmlText() : XmlNode(XmlNodeType::Text) {}
+XmlText::XmlText(std::wstring_view text) : content(std::wstring(text)) {}
 
-XmlText::XmlText(std::wstring_view text) : XmlText() {
-    setContent(text);
+bool XmlText::isBlank() const {
+    return XmlCursor(source).takeBlanks().size() == source.size();
 }
 
 XmlResult XmlText::parse(XmlCursor& cursor) {
     const std::size_t start = cursor.position();
     while (!cursor.atEnd() && !cursor.at(L"<") && !cursor.at(L"/>")) {
-        blank = blank && cursor.atBlank();
         cursor.advance();
     }
-    texts.outerXml = cursor.since(start);
-    setContent(texts.outerXml);
+    source = cursor.since(start);
+    content = XmlString::partOf(source);
     return XmlResult::Success;
 }
 

@@ -17,9 +17,9 @@ inline std::string outline(const XmlNode& node) {
     }
     switch (node.nodeType()) {
         case XmlNodeType::Element:
-            for (const auto& attribute : node.asElement()->attributes()) {
+            for (const XmlAttribute& attribute : node.asElement()->attributes()) {
                 attributes += attributes.empty() ? "[" : " ";
-                attributes += toUtf8(attribute->name()) + "=" + toUtf8(attribute->value());
+                attributes += toUtf8(attribute.name()) + "=" + toUtf8(attribute.value());
             }
             return toUtf8(node.name()) + attributes + (attributes.empty() ? "" : "]") +
                    (inner.empty() ? "" : "(" + inner + ")");

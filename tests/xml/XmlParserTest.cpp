@@ -4,6 +4,7 @@
 
 #include "support/Lines.h"
 #include "support/XmlOutline.h"
+#include "xml/XmlText.h"
 
 namespace tavocal::test {
 
@@ -34,15 +35,6 @@ constexpr const char* kRows[][2] = {
     {"<!--c--><a/>t<b><1/></b><c/>", "5: !c! a 't'"},
 };
 
-// The result code for a text so many times, and how many children the document then has.
-using Result = std::pair<int, std::size_t>;
-
-static Result resultOf(std::size_t count, const std::string& text) {
-    XmlDocument document;
-    const XmlResult result = document.loadBytes(replaceAll(std::string(count, '-'), "-", text));
-    return {static_cast<int>(result), document.children().size()};
-}
-
 TEST(XmlParserTest, GivesTheTree) {
     for (const auto& [text, expected] : kRows) {
         EXPECT_EQ(outlineOf(text), expected) << text;
@@ -68,23 +60,42 @@ TEST(XmlParserTest, KeepsSourceTexts) {
     EXPECT_EQ(document.innerText(), L"y  v");
     const XmlNode& a = *document.findChild(L"A");
     EXPECT_TRUE(a.innerXml() == L" <c>t<!--d-->u</c> v" && a.innerText() == L"  v");
-    EXPECT_EQ(a.asElement()->attributes()[0]->outerXml(), L"b='1'");
+    EXPECT_EQ(a.asElement()->attributes()[0].outerXml(), L"b='1'");
     const XmlNode& c = *a.firstChild();
     EXPECT_TRUE(a.parent() == &document && c.parent() == &a);
     EXPECT_TRUE(c.innerText() == L"tu" && c.lastChild()->outerXml() == L"u");
 }
 
-TEST(XmlParserTest, LimitsDepthAttributesNodesAndBytes) {
-    EXPECT_EQ(resultOf(255, "<a>"), Result(0, 1));
-    EXPECT_EQ(resultOf(256, "<a>"), Result(11, 0));
-    EXPECT_EQ(resultOf(1000, "<a><b></b></a>"), Result(0, 1000));
-    EXPECT_EQ(resultOf(1, "<a" + std::string(255, ' ') + "/>"), Result(0, 1));
-    EXPECT_EQ(resultOf(1, "<a" + std::string(256, ' ') + "/>"), Result(12, 0));
-    // Attributes count as nodes too: each of these elements is 250.
-    EXPECT_EQ(resultOf(4001, "<a" + std::string(249, ' ') + "/>"), Result(13, 4000));
-    // That it is no text is told of the longest, and not looked for in a longer one.
-    EXPECT_EQ(resultOf(1, std::string(16 * 1024 * 1024, '\xFF')), Result(2, 0));
-    EXPECT_EQ(resultOf(1, std::string(16 * 1024 * 1024 + 1, '\xFF')), Result(13, 0));
+// What a node takes for each byte of "<a>", "x" and a blank, beside the text itself.
+static_assert(sizeof(XmlElement) <= 120 && sizeof(XmlText) <= 88 && sizeof(XmlAttribute) <= 48);
+
+// The most that a text of that many repeated pieces can hold is held, in little memory, and neither
+// the way down nor the way back takes the stack.
+TEST(XmlParserTest, HasNoLimit) {
+    constexpr std::size_t kCount = 300000;
+    const auto times = [](const std::string& text) {
+        return replaceAll(std::string(kCount, '-'), "-", text);
+    };
+    XmlDocument document;
+    ASSERT_EQ(document.loadBytes(times("<a>x")), XmlResult::Success);
+    const XmlNode* deepest = &document;
+    for (std::size_t depth = 0; depth < kCount; ++depth) {
+        deepest = deepest->lastChild();
+    }
+    EXPECT_EQ(deepest->outerXml(), L"<a>x");
+    EXPECT_EQ(deepest->firstChild(), deepest->lastChild());
+    EXPECT_EQ(document.loadBytes("<a>" + times("<b>") + "</a>"), XmlResult::ClosingNameDiffers);
+    EXPECT_EQ(document.firstChild(), nullptr);
+    // A level is told in eight bits.
+    ASSERT_EQ(document.loadBytes(replaceAll(std::string(258, '-'), "-", "<a>")),
+              XmlResult::Success);
+    const std::wstring text = document.firstChild()->toString(0);
+    const std::wstring wrapped = L"<a>\r\n<a>\r\n    <a/>\r\n</a>\r\n";
+    EXPECT_NE(text.find(std::wstring(1020, L' ') + wrapped), std::wstring::npos);
+    ASSERT_EQ(document.loadBytes("<a" + times(" ") + "b=1/>" + times("<c/>")), XmlResult::Success);
+    EXPECT_EQ(document.firstChild()->asElement()->attributes().size(), kCount);
+    EXPECT_EQ(document.firstChild()->asElement()->attributes().back().value(), L"1");
+    EXPECT_EQ(document.lastChild()->outerXml(), L"<c/>");
 }
 
 }  // namespace tavocal::test

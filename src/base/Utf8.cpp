@@ -1,4 +1,4 @@
-#include "xml/Utf8.h"
+#include "base/Utf8.h"
 
 #include <algorithm>
 #include <array>
