@@ -31,6 +31,12 @@ void Console::flush() {
     std::fflush(stdout);
 }
 
+void Console::writeLast(std::string_view text) {
+    mutex.lock();
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    std::fflush(stdout);
+}
+
 bool Console::readLine(std::string& line) {
     line.clear();
     char character = 0;

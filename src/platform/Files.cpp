@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/FileSteps.h"
+#include "platform/UnfinishedFiles.h"
 
 namespace tavocal::platform {
 
@@ -74,13 +75,23 @@ bool readFile(const std::string& path, std::string& content) {
 
 std::string writeFile(const std::string& path, std::string_view content) {
     std::string interim;
-    FileHandle file = isName(path) && isReplaceable(path) ? makeBeside(path, interim) : nullptr;
+    FileHandle file;
+    if (isName(path) && isReplaceable(path)) {
+        UnfinishedFiles::instance().add([&] {
+            file = makeBeside(path, interim);
+            return file ? nativePath(interim) : std::string();
+        });
+    }
     if (file) {
         std::string failure = writeAndClose(std::move(file), content);
-        if (failure.empty() && replaceFile(interim, path)) {
+        const bool replaced = failure.empty() && replaceFile(interim, path);
+        if (!replaced) {
+            std::remove(nativePath(interim).c_str());
+        }
+        UnfinishedFiles::instance().drop(nativePath(interim));
+        if (replaced) {
             return {};
         }
-        std::remove(nativePath(interim).c_str());
         if (!failure.empty()) {
             return failure;
         }
