@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "app/InterruptGate.h"
-#include "firmware/Patience.h"
+#include "base/Patience.h"
 #include "platform/Console.h"
 #include "platform/UnfinishedFiles.h"
 

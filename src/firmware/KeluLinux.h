@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "base/Patience.h"
 #include "firmware/KeluBase.h"
-#include "firmware/Patience.h"
 
 namespace tavocal {
 

@@ -3,8 +3,8 @@
 #include <chrono>
 #include <string>
 
+#include "base/Patience.h"
 #include "firmware/KeluBase.h"
-#include "firmware/Patience.h"
 
 namespace tavocal {
 

@@ -6,8 +6,8 @@
 #include <mutex>
 #include <optional>
 
+#include "base/Patience.h"
 #include "firmware/KeluBase.h"
-#include "firmware/Patience.h"
 #include "firmware/RecordWorker.h"
 #include "firmware/SampleReceiver.h"
 #include "firmware/SmhiMessages.h"

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "base/Bytes.h"
+#include "base/Patience.h"
 #include "firmware/KeluBase.h"
-#include "firmware/Patience.h"
 #include "firmware/PnrBuffer.h"
 #include "firmware/SampleReceiver.h"
 #include "firmware/StopRequest.h"

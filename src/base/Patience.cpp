@@ -1,4 +1,4 @@
-#include "firmware/Patience.h"
+#include "base/Patience.h"
 
 #include <algorithm>
 
