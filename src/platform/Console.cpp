@@ -40,6 +40,12 @@ bool Console::dropRestOfLine() {
     return !lineWasCut;
 }
 
+void Console::writeLast(std::string_view text) {
+    mutex.lock();
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    std::fflush(stdout);
+}
+
 bool Console::readLine(std::string& line) {
     line.clear();
     char character = 0;

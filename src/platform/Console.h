@@ -30,6 +30,8 @@ class Console {
     void write(std::string_view text);
     void write(std::wstring_view text);
     void flush();
+    // Writes and flushes. Whoever writes later stays there until the process ends.
+    void writeLast(std::string_view text);
 
     // One text in a colour; what was there before is put back. Without a colour if standard output
     // is no terminal.

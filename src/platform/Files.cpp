@@ -9,6 +9,7 @@
 
 #include "base/Failures.h"
 #include "platform/FileSteps.h"
+#include "platform/UnfinishedFiles.h"
 
 namespace tavocal::platform {
 
@@ -55,10 +56,16 @@ bool isWant(int error) {
 // Empty on success, else the reason; `inPlace` tells that the file has to be written in place.
 std::string writeBeside(const std::string& path, std::string_view content, bool& inPlace) {
     std::string interim;
-    FileHandle file = makeBeside(path, interim);
+    FileHandle file;
+    int error = 0;
+    UnfinishedFiles::instance().add([&] {
+        file = makeBeside(path, interim);
+        error = errno;
+        return file ? nativePath(interim) : std::string();
+    });
     if (!file) {
-        inPlace = !isWant(errno);
-        return std::strerror(errno);
+        inPlace = !isWant(error);
+        return std::strerror(error);
     }
     std::string failure = writeAndClose(std::move(file), content);
     if (failure.empty() && !replaceFile(interim, path)) {
@@ -68,6 +75,7 @@ std::string writeBeside(const std::string& path, std::string_view content, bool&
     if (!failure.empty()) {
         std::remove(nativePath(interim).c_str());
     }
+    UnfinishedFiles::instance().drop(nativePath(interim));
     return failure;
 }
 

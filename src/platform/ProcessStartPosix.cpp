@@ -41,7 +41,7 @@ void detachStandardFiles() {
     }
 }
 
-// The interrupt signal is blocked, and failing writes are no signals in this process.
+// The signals that ask for an end are blocked and failing writes are no signals in this process.
 void restoreSignals() {
     sigset_t none;
     sigemptyset(&none);
