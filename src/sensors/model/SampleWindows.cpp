@@ -35,12 +35,27 @@ double axisStd(const std::vector<Sample>& samples, IndexWindow window, int axis)
     return std::sqrt(squares / count - mean * mean);
 }
 
+// -1 if all samples are later.
+int newestNotAbove(const std::vector<Sample>& samples, double time) {
+    const auto found = std::find_if(samples.rbegin(), samples.rend(), [time](const Sample& sample) {
+        return sample.timestamp <= time;
+    });
+    return static_cast<int>(samples.rend() - found) - 1;
+}
+
+IndexWindow foundRange(int first, int last) {
+    if (last < 0) {
+        throw CalibrationException("Failed to find buffer range. Inner error");
+    }
+    return {std::max(first, 0), last};
+}
+
 }  // namespace
 
 int firstIndexAbove(const std::vector<Sample>& samples, double time) {
-    const auto found =
-        std::partition_point(samples.begin(), samples.end(),
-                             [time](const Sample& sample) { return !(sample.timestamp > time); });
+    const auto found = std::find_if(samples.begin(), samples.end(), [time](const Sample& sample) {
+        return sample.timestamp > time;
+    });
     return static_cast<int>(found - samples.begin());
 }
 
@@ -53,11 +68,30 @@ double intervalBefore(const std::vector<Sample>& samples, int index) {
 }
 
 IndexWindow findBufferRange(const std::vector<Sample>& samples, double t, double window) {
-    const int last = firstIndexAbove(samples, t + window) - 1;
-    if (last < 0) {
-        throw CalibrationException("Failed to find buffer range. Inner error");
+    return foundRange(newestNotAbove(samples, t), newestNotAbove(samples, t + window));
+}
+
+BufferRanges::BufferRanges(const std::vector<Sample>& samples) : earliestFrom(samples.size()) {
+    double earliest = std::numeric_limits<double>::infinity();
+    for (std::size_t i = samples.size(); i-- > 0;) {
+        earliest = std::min(earliest, samples[i].timestamp);
+        earliestFrom[i] = earliest;
     }
-    return {std::max(firstIndexAbove(samples, t) - 1, 0), last};
+}
+
+IndexWindow BufferRanges::find(double t, double window) const {
+    return foundRange(newestNotAbove(t), newestNotAbove(t + window));
+}
+
+double BufferRanges::heldBelow(int index) const {
+    const auto next = static_cast<std::size_t>(index) + 1;
+    return next < earliestFrom.size() ? earliestFrom[next]
+                                      : std::numeric_limits<double>::infinity();
+}
+
+int BufferRanges::newestNotAbove(double time) const {
+    const auto found = std::upper_bound(earliestFrom.begin(), earliestFrom.end(), time);
+    return static_cast<int>(found - earliestFrom.begin()) - 1;
 }
 
 double axisRange(const std::vector<Sample>& samples, IndexWindow window, int axis) {

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
+
+#include "numerics/NumericsTesting.h"
 #include "support/NamedSensor.h"
 
 namespace tavocal::test {
@@ -73,6 +77,68 @@ TEST(Stillness, ExtensionCountsWindowsThatStayAsQuiet) {
     const std::vector<Sample> sparse = {{0, {0, 0, 0}}, {500, {0, 0, 0}}, {1000, {0, 0, 0}}};
     EXPECT_EQ(stillExtension(sparse, 999.0, 0.0), 0.0);
     EXPECT_EQ(stillExtension(sparse, 1000.0, 0.0), 900.0);
+}
+
+// Step by step over all the time that there is, as the stages of a run are defined.
+double plainExtension(const std::vector<Sample>& samples, double window, double t) {
+    const IndexWindow base = findBufferRange(samples, t, window);
+    int n = 1;
+    while (base.last - base.first >= 2 && samples.back().timestamp > t + 100.0 * n) {
+        const IndexWindow later = findBufferRange(samples, t + 100.0 * n, window);
+        if (maxRange(samples, later) > 1.5 * maxRange(samples, base) ||
+            maxStd(samples, later) > 1.5 * maxStd(samples, base)) {
+            break;
+        }
+        ++n;
+    }
+    return 100.0 * (n - 1);
+}
+
+// The clock jumps ahead by milliseconds to minutes, stands, and is set back.
+TEST(Stillness, ExtensionIsThatOfAllStepsWhateverTheClockDoes) {
+    forEachSeed([](RandomNumbers& random) {
+        for (int round = 0; round < 8; ++round) {
+            std::vector<Sample> samples;
+            double time = random.between(0.0, 1e6);
+            for (int i = 0; i < 150; ++i) {
+                const double event = random.between(0.0, 1.0);
+                if (event < 0.03) {
+                    time += std::pow(10.0, random.between(0.0, 4.5));
+                } else if (event < 0.04 && round % 4 == 0) {
+                    time = std::max(0.0, time - random.between(0.0, 5000.0));
+                } else if (event < 0.95) {
+                    time += round % 3 == 0 ? 10.0 : random.between(0.0, 40.0);
+                }
+                samples.push_back({time, random.vector(3, random.between(1.0, 1.2))});
+            }
+            for (int i = 0; i < 5; ++i) {
+                const double t = samples[static_cast<std::size_t>(25 * i)].timestamp;
+                const double window = i % 2 == 0 ? 1000.0 : random.between(0.0, 300.0);
+                ASSERT_EQ(stillExtension(samples, window, t), plainExtension(samples, window, t))
+                    << round << " " << i;
+            }
+        }
+    });
+}
+
+// From boot time to Unix time, and to the end of what a firmware can count.
+TEST(Stillness, ExtensionOverAClockThatJumpsFarEndsAtOnce) {
+    for (const double jump : {4294967295.0, 1.7e12, 1e15, 1.8446744073709552e16}) {
+        std::vector<Sample> samples = Stream().wave(1, 2000);
+        samples.push_back({jump, {1.0, 0.0, 0.0}});
+        EXPECT_EQ(stillExtension(samples, 1000.0, 0.0), 100.0 * (std::ceil(jump / 100.0) - 1.0));
+        samples.back().values = {9.0, 0.0, 0.0};
+        samples.insert(samples.end(), 2, {jump + 500.0, {-9.0, 0.0, 0.0}});
+        // The first window that reaches the samples behind the jump is too loud.
+        EXPECT_EQ(stillExtension(samples, 1000.0, 0.0),
+                  100.0 * (std::ceil((jump - 1000.0) / 100.0) - 1.0))
+            << jump;
+    }
+    for (const double time : {1e30, 1e308, kInfinity}) {
+        std::vector<Sample> samples = Stream().wave(1, 2000);
+        samples.push_back({time, {1.0, 0.0, 0.0}});
+        EXPECT_GT(stillExtension(samples, 1000.0, 0.0), 1e17);
+    }
 }
 
 }  // namespace

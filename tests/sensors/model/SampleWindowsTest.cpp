@@ -27,6 +27,24 @@ TEST(SampleWindowsTest, FindsSamplesByTime) {
               "Failed to find buffer range. Inner error");
 }
 
+// The clock was set back behind the second sample and stood behind the third.
+TEST(SampleWindowsTest, FindsSamplesOfAClockThatFalls) {
+    const std::vector<Sample> samples = {{10.0, {}}, {90.0, {}}, {20.0, {}}, {20.0, {}}};
+    for (const auto& [t, window, first, last] : {std::tuple(10.0, 5.0, 0, 0),
+                                                 {10.0, 10.0, 0, 3},
+                                                 {20.0, 0.0, 3, 3},
+                                                 {-980.0, 1000.0, 0, 3},
+                                                 {50.0, 40.0, 3, 3}}) {
+        for (const IndexWindow found :
+             {findBufferRange(samples, t, window), BufferRanges(samples).find(t, window)}) {
+            EXPECT_EQ(std::pair(found.first, found.last), std::pair(first, last)) << t;
+        }
+    }
+    for (const auto& [time, first] : {std::pair(9.0, 0), {10.0, 1}, {20.0, 1}, {90.0, 4}}) {
+        EXPECT_EQ(firstIndexAbove(samples, time), first);
+    }
+}
+
 TEST(SampleWindowsTest, MeasuresTheAxisThatMovesMost) {
     EXPECT_EQ(maxRange(kSamples, {0, 2}), 2.0);
     EXPECT_EQ(maxRange(kSamples, {0, 3}), 8.0);
