@@ -29,7 +29,8 @@ class CalibrationManager {
     // The whole run. Throws what ended it. Main thread.
     void start();
 
-    // Stops sampling and writes the dumps of what was collected. Interrupt thread.
+    // Stops sampling and writes the dumps of what was collected. Interrupt thread, with the gate
+    // closed.
     void abort();
 
     // Everything that the run has judged up to now, passed or failed, in order; also after a start

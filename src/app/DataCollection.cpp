@@ -6,10 +6,10 @@
 #include <thread>
 
 #include "app/CalibratedDump.h"
+#include "app/InterruptGate.h"
 #include "base/Clock.h"
 #include "base/Failures.h"
 #include "commandline/RunSettings.h"
-#include "firmware/PNRRecord.h"
 #include "formats/CsvParser.h"
 #include "log/Logger.h"
 #include "platform/Console.h"
@@ -108,20 +108,22 @@ void DataCollection::readOperator(Process& process) {
 }
 
 void DataCollection::startSampling() {
-    const std::lock_guard<std::mutex> lock(collectionMutex);
-    sensorManager.startSampling();
-    collectionStatus = Status::Running;
+    InterruptGate::instance().pass([this] {
+        sensorManager.startSampling();
+        collectionStatus = Status::Running;
+    });
 }
 
 void DataCollection::stopSampling() {
-    const std::lock_guard<std::mutex> lock(collectionMutex);
     if (collectionStatus == Status::Stopped) {
         return;
     }
-    // Whatever comes of the stop, it is not tried again.
-    collectionStatus = Status::Stopped;
     try {
-        sensorManager.stopSampling();
+        InterruptGate::instance().pass([this] {
+            // Whatever comes of the stop, it is not tried again.
+            collectionStatus = Status::Stopped;
+            sensorManager.stopSampling();
+        });
     } catch (const CalibrationException&) {
         TAVOCAL_LOG(Debug, "CalibrationManager::stopSampling",
                     "CalibrationManager::start, caught CalibrationException");
@@ -171,11 +173,14 @@ void DataCollection::stopQuietly() {
 // ---- Dumps ----
 
 void DataCollection::writeDump() {
+    InterruptGate::instance().pass([this] { dump(); });
+}
+
+void DataCollection::dump() {
     if (!settings.exportFolderSet || settings.usesDumps ||
         collectionStatus == Status::DumpWritten) {
         return;
     }
-    const std::lock_guard<std::mutex> lock(dumpMutex);
     TAVOCAL_LOG(Debug, "CalibrationManager::writeDump",
                 "write dump func, data collecting status is: " +
                     std::to_string(static_cast<int>(collectionStatus.load())));
@@ -186,10 +191,13 @@ void DataCollection::writeDump() {
 }
 
 void DataCollection::writeCalibratedDump() {
+    InterruptGate::instance().pass([this] { dumpCalibrated(); });
+}
+
+void DataCollection::dumpCalibrated() {
     if (!settings.exportFolderSet || !settings.exportsResult) {
         return;
     }
-    const std::lock_guard<std::mutex> lock(dumpMutex);
     TAVOCAL_LOG(Debug, "CalibrationManager::writeCalibratedDump",
                 "write out dump func, data collecting status is: " +
                     std::to_string(static_cast<int>(collectionStatus.load())));
@@ -203,9 +211,6 @@ void DataCollection::writeCalibratedDump() {
 
 void DataCollection::abort() {
     constexpr const char* kName = "CalibrationManager::abort";
-    // Whoever holds the lock may be waiting for a firmware that never ends its session.
-    PNRRecord::instance().hurry();
-    const std::lock_guard<std::mutex> lock(collectionMutex);
     const Status status = collectionStatus;
     TAVOCAL_LOG(Debug, kName,
                 "data collecting status is: " + std::to_string(static_cast<int>(status)));
@@ -222,7 +227,7 @@ void DataCollection::abort() {
     }
     TAVOCAL_LOG(Debug, kName, "Calling write dump func");
     try {
-        writeDump();
+        dump();
     } catch (const CalibrationException& exception) {
         TAVOCAL_LOG(Warning, kName, "Caught exception");
         TAVOCAL_LOG(Warning, kName, exception.what());

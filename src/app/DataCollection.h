@@ -3,7 +3,6 @@
 #include <atomic>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <vector>
 
 namespace tavocal {
@@ -15,9 +14,9 @@ struct RunSettings;
 
 // The collection of a run's samples, live or replayed, and their dumps.
 //
-// Threads: everything runs on the main thread, but for abort, which the interrupt thread calls.
-// collectionMutex guards the start and stop of sampling and is taken before dumpMutex; neither is
-// held during a prompt or a stage's wait.
+// Threads: everything runs on the main thread, but for abort, which the interrupt thread calls. The
+// start and stop of sampling and the dumps pass InterruptGate, so that abort never meets one; a
+// prompt or a stage's wait doesn't.
 class DataCollection {
   public:
     // Both must outlive this object.
@@ -35,7 +34,8 @@ class DataCollection {
     // The samples with the new calibration applied, for -ExportResult.
     void writeCalibratedDump();
 
-    // Stops sampling and writes the dumps of what was collected. Interrupt thread.
+    // Stops sampling and writes the dumps of what was collected. Interrupt thread, with the gate
+    // closed.
     void abort();
 
     // Whole seconds that prompts waited for the operator.
@@ -53,12 +53,12 @@ class DataCollection {
     void stopSampling();
     void stopAfterLastStep();
     void stopQuietly();
+    void dump();
+    void dumpCalibrated();
     void endFailedCollection(const std::function<void()>& writeReport);
 
     const RunSettings& settings;
     SensorManager& sensorManager;
-    std::mutex collectionMutex;
-    std::mutex dumpMutex;
     std::atomic<Status> collectionStatus{Status::NeverStarted};
     int waitSeconds = 0;
 };

@@ -7,6 +7,8 @@
 #include <string>
 
 #include "app/CalibrationManager.h"
+#include "app/InterruptGate.h"
+#include "app/Interruption.h"
 #include "app/Version.h"
 #include "base/Clock.h"
 #include "base/Failures.h"
@@ -26,8 +28,6 @@ constexpr int kFailure = -1;
 struct CurrentRun {
     std::mutex mutex;
     std::shared_ptr<CalibrationManager> theCalibrationManager;
-    // Held by an interrupt for good: its thread alone ends the process then.
-    std::mutex endMutex;
 };
 
 CurrentRun& currentRun() {
@@ -50,19 +50,14 @@ void printLine(const std::string& text) {
     platform::Console::instance().flush();
 }
 
-[[noreturn]] void onInterrupt(int signal) {
-    currentRun().endMutex.lock();
-    printLine("Interrupt signal (" + std::to_string(signal) + ") received.");
-    try {
-        if (const auto manager = publishedManager()) {
-            manager->abort();
-        }
-    } catch (const std::exception& exception) {
-        // Whatever could not be saved, the process ends as the operator asked.
-        printLine(exception.what());
+void abortRun() {
+    if (const auto manager = publishedManager()) {
+        manager->abort();
     }
-    printLine("Abort request");
-    std::exit(signal);
+}
+
+[[noreturn]] void onInterrupt(int signal) {
+    Interruption(InterruptGate::instance(), abortRun).endProcess(signal);
 }
 
 void printRunTimes(std::uint64_t runStartMs, int userWaitSeconds) {
@@ -82,37 +77,42 @@ void run(CmdLine& cmdLine, int argc, char** argv) {
     publish(manager);
     Logger::instance().setLogFilePath(manager->exportFolder() + "logfile.txt");
     manager->start();
+    InterruptGate::instance().endRun();
     printRunTimes(runStartMs, manager->userWaitSeconds());
 }
 
-int runAndReport(CmdLine& cmdLine, int argc, char** argv) {
+// Empty after a run without a failure, else what the operator is told.
+std::string runForFailure(CmdLine& cmdLine, int argc, char** argv) {
     try {
         run(cmdLine, argc, argv);
-        return 0;
+        return {};
     } catch (const CmdLineException& exception) {
-        printLine(exception.what());
-        platform::print(cmdLine.usage(argc > 0 ? argv[0] : ""));
-        platform::Console::instance().flush();
-    } catch (const SmhiException& exception) {
-        printLine(exception.what());
+        return std::string(exception.what()) + "\n" + cmdLine.usage(argc > 0 ? argv[0] : "");
     } catch (const CalibrationException& exception) {
-        printLine("Error:");
-        printLine(exception.what());
+        return std::string("Error:\n") + exception.what() + "\n";
     } catch (const std::exception& exception) {
-        printLine(exception.what());
+        return std::string(exception.what()) + "\n";
     }
-    return kFailure;
 }
 
 }  // namespace
 
 int runProgram(int argc, char** argv) {
+    platform::openStandardFiles();
     platform::hardenProcess();
     platform::installInterruptHandler(onInterrupt);
     CmdLine cmdLine;
-    const int status = runAndReport(cmdLine, argc, argv);
-    const std::lock_guard<std::mutex> lock(currentRun().endMutex);
-    return status;
+    const std::string failure = runForFailure(cmdLine, argc, argv);
+    if (failure.empty()) {
+        return 0;
+    }
+    InterruptGate& gate = InterruptGate::instance();
+    gate.pass([&] {
+        platform::print(failure);
+        platform::Console::instance().flush();
+    });
+    gate.endRun();
+    return kFailure;
 }
 
 }  // namespace tavocal

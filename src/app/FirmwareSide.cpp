@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "app/InterruptGate.h"
 #include "base/Failures.h"
 #include "commandline/RunSettings.h"
 #include "formats/CalibrationXml.h"
@@ -136,6 +137,10 @@ void FirmwareSide::loadSensor(Sensor& sensor) const {
 }
 
 void FirmwareSide::flushCalibrationData(const Sensors& physicalSensors) const {
+    InterruptGate::instance().pass([&] { writeBlocks(physicalSensors); });
+}
+
+void FirmwareSide::writeBlocks(const Sensors& physicalSensors) const {
     constexpr const char* kName = "CalibrationManager::flushCalibrationData";
     TAVOCAL_LOG(Info, kName, "Started flushCalibrationData");
     for (const auto& sensor : physicalSensors) {

@@ -41,12 +41,14 @@ class FirmwareSide {
     void loadSensorsData(const Sensors& physicalSensors, const Sensors& calibratingSensors,
                          const Companions& companions) const;
 
-    // Writes the new blocks and restarts the firmware.
+    // Writes the new blocks and restarts the firmware. An interrupt waits until all of them are
+    // there.
     void flushCalibrationData(const Sensors& physicalSensors) const;
 
   private:
     SDT sdt() const { return SDT(makeChannel); }
     void loadSensor(Sensor& sensor) const;
+    void writeBlocks(const Sensors& physicalSensors) const;
     void restartTavo() const;
 
     const RunSettings& settings;

@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <climits>
 #include <cstring>
 #include <span>
 #include <utility>
@@ -30,23 +29,38 @@ const Bytes kClientGuid = {0x2e, 0x9a, 0x57, 0xbb, 0x54, 0xcc, 0x50, 0x44,
                            0xb1, 0xd0, 0x5e, 0x75, 0x20, 0xdc, 0xad, 0x25};
 constexpr std::uint32_t kConnectReplySize = 5;
 
-int pollTime(Clock::time_point deadline) {
-    const auto left = std::chrono::ceil<milliseconds>(deadline - Clock::now()).count();
-    return static_cast<int>(std::clamp<milliseconds::rep>(left, 0, INT_MAX));
-}
-
 enum class Wake { Ready, TimedOut, Failed };
 
-Wake waitUntil(Clock::time_point deadline, std::span<pollfd> files) {
-    int ready = 0;
-    do {
-        ready = ::poll(files.data(), files.size(), pollTime(deadline));
-    } while (ready < 0 && errno == EINTR);
-    if (ready < 0) {
-        return Wake::Failed;
+// A wait on the firmware, as long as the patience with it lasts.
+class Wait {
+  public:
+    Wait(const Patience& channelPatience, milliseconds channelTimeout)
+        : patience(channelPatience), timeout(channelTimeout) {}
+
+    bool isOver() const { return left() <= Clock::duration::zero(); }
+
+    Wake until(std::span<pollfd> files) const {
+        int ready = 0;
+        do {
+            ready = ::poll(files.data(), files.size(), pollTime());
+        } while (ready < 0 ? errno == EINTR : ready == 0 && !isOver());
+        if (ready < 0) {
+            return Wake::Failed;
+        }
+        return ready == 0 ? Wake::TimedOut : Wake::Ready;
     }
-    return ready == 0 ? Wake::TimedOut : Wake::Ready;
-}
+
+  private:
+    Clock::duration left() const { return patience.deadline(begin, timeout) - Clock::now(); }
+    int pollTime() const {
+        const auto time = std::chrono::ceil<milliseconds>(left());
+        return static_cast<int>(std::clamp(time, milliseconds(0), Patience::kLook).count());
+    }
+
+    const Patience& patience;
+    milliseconds timeout;
+    Clock::time_point begin = Clock::now();
+};
 
 [[noreturn]] void throwTransferFailure(const std::string& message, Wake wake) {
     if (wake == Wake::TimedOut) {
@@ -59,35 +73,20 @@ bool isTransient(int error) {
     return error == EINTR || error == EAGAIN || error == EWOULDBLOCK;
 }
 
-// Bounds a connect to a side whose queue of connections is full.
-void setConnectTimeout(int socket, milliseconds timeout) {
-    const auto seconds = std::chrono::floor<std::chrono::seconds>(timeout);
+// A connect to a side whose queue of connections is full tries that long at a time.
+void setConnectTimeout(int socket) {
     timeval time{};
-    time.tv_sec = seconds.count();
-    time.tv_usec = std::chrono::microseconds(timeout - seconds).count();
+    time.tv_usec = std::chrono::microseconds(Patience::kLook).count();
     setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &time, sizeof(time));
-}
-
-bool connectSocket(int socket, const std::string& path) {
-    sockaddr_un address{};
-    if (path.size() >= sizeof(address.sun_path)) {
-        return false;
-    }
-    address.sun_family = AF_UNIX;
-    std::memcpy(address.sun_path, path.c_str(), path.size() + 1);
-    const void* const anyAddress = &address;
-    int result = 0;
-    do {
-        result = ::connect(socket, static_cast<const sockaddr*>(anyAddress), sizeof(address));
-    } while (result < 0 && errno == EINTR);
-    return result == 0;
 }
 
 }  // namespace
 
-KeluLinux::KeluLinux(std::vector<std::string> paths, milliseconds timeout)
+KeluLinux::KeluLinux(std::vector<std::string> paths, milliseconds timeout,
+                     const Patience& channelPatience)
     : socketPaths(std::move(paths)),
       transferTimeout(timeout),
+      patience(channelPatience),
       cancellation(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
 
 KeluLinux::~KeluLinux() {
@@ -118,7 +117,7 @@ void KeluLinux::Connect() {
 void KeluLinux::open(const std::string& path) {
     const int opened = ::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
     if (opened >= 0) {
-        setConnectTimeout(opened, transferTimeout);
+        setConnectTimeout(opened);
         if (connectSocket(opened, path)) {
             socket = opened;
             return;
@@ -126,6 +125,22 @@ void KeluLinux::open(const std::string& path) {
         ::close(opened);
     }
     throw SmhiException("Failed to create device handle");
+}
+
+bool KeluLinux::connectSocket(int opened, const std::string& path) const {
+    sockaddr_un address{};
+    if (path.size() >= sizeof(address.sun_path)) {
+        return false;
+    }
+    address.sun_family = AF_UNIX;
+    std::memcpy(address.sun_path, path.c_str(), path.size() + 1);
+    const void* const anyAddress = &address;
+    const Wait wait(patience, transferTimeout);
+    int result = 0;
+    do {
+        result = ::connect(opened, static_cast<const sockaddr*>(anyAddress), sizeof(address));
+    } while (result < 0 && isTransient(errno) && !wait.isOver());
+    return result == 0;
 }
 
 void KeluLinux::connectToClient() {
@@ -152,12 +167,12 @@ void KeluLinux::Write(const Bytes& data) {
 
 void KeluLinux::send(const Bytes& data) {
     requireConnection();
-    const auto deadline = Clock::now() + transferTimeout;
+    const Wait wait(patience, transferTimeout);
     std::array<pollfd, 1> files = {{{socket, POLLOUT, 0}}};
     Wake wake = Wake::Ready;
     ssize_t sent = -1;
     do {
-        wake = waitUntil(deadline, files);
+        wake = wait.until(files);
         if (wake == Wake::Ready) {
             sent = ::send(socket, data.data(), data.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
         }
@@ -176,12 +191,12 @@ void KeluLinux::Read(Bytes& output, std::uint32_t maximum) {
 void KeluLinux::receive(Bytes& output, std::uint32_t maximum) {
     output.assign(maximum, 0);
     requireConnection();
-    const auto deadline = Clock::now() + transferTimeout;
+    const Wait wait(patience, transferTimeout);
     std::array<pollfd, 2> files = {{{socket, POLLIN, 0}, {cancellation, POLLIN, 0}}};
     Wake wake = Wake::Ready;
     ssize_t got = -1;
     do {
-        wake = waitUntil(deadline, files);
+        wake = wait.until(files);
         if (takeCancellation()) {
             throw ReadCancelled("Failed to read from device, cancelled");
         }

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "base/Patience.h"
 #include "firmware/KeluBase.h"
 
 namespace tavocal {
@@ -13,8 +14,10 @@ namespace tavocal {
 // answers with 5 bytes.
 class KeluLinux : public KeluBase {
   public:
-    // Connect takes the first of `paths` that is a socket.
-    KeluLinux(std::vector<std::string> paths, std::chrono::milliseconds timeout);
+    // Connect takes the first of `paths` that is a socket. REQUIRES: `patience` outlives the
+    // channel.
+    KeluLinux(std::vector<std::string> paths, std::chrono::milliseconds timeout,
+              const Patience& patience = Patience::instance());
     KeluLinux(const KeluLinux&) = delete;
     KeluLinux& operator=(const KeluLinux&) = delete;
     ~KeluLinux() override;
@@ -27,6 +30,7 @@ class KeluLinux : public KeluBase {
 
   private:
     void open(const std::string& path);
+    bool connectSocket(int opened, const std::string& path) const;
     void connectToClient();
     void requireConnection() const;
     void send(const Bytes& data);
@@ -35,6 +39,7 @@ class KeluLinux : public KeluBase {
 
     std::vector<std::string> socketPaths;
     std::chrono::milliseconds transferTimeout;
+    const Patience& patience;
     int socket = -1;
     // An event counter that is polled beside the socket. It lives as long as the object, so that
     // cancelRead never meets a closed descriptor.

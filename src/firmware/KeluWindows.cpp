@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 #include <utility>
 
 #include "base/Failures.h"
@@ -132,16 +133,24 @@ class Transfer {
     bool pending = false;
 };
 
-DWORD waitTime(std::chrono::milliseconds timeout) {
-    const auto longest = std::chrono::milliseconds::rep{INFINITE - 1};
-    return static_cast<DWORD>(
-        std::clamp(timeout.count(), std::chrono::milliseconds::rep{0}, longest));
+// The first of the events that is set, or WAIT_TIMEOUT once the patience with the firmware is over.
+DWORD waitFor(std::span<const HANDLE> events, std::chrono::milliseconds timeout,
+              const Patience& patience) {
+    const auto begin = Patience::Clock::now();
+    DWORD woken = WAIT_TIMEOUT;
+    do {
+        woken = WaitForMultipleObjects(static_cast<DWORD>(events.size()), events.data(), FALSE,
+                                       static_cast<DWORD>(Patience::kLook.count()));
+    } while (woken == WAIT_TIMEOUT && Patience::Clock::now() < patience.deadline(begin, timeout));
+    return woken;
 }
 
 }  // namespace
 
-KeluWindows::KeluWindows(std::chrono::milliseconds timeout)
-    : transferTimeout(timeout), cancellation(CreateEventW(nullptr, FALSE, FALSE, nullptr)) {}
+KeluWindows::KeluWindows(std::chrono::milliseconds timeout, const Patience& channelPatience)
+    : transferTimeout(timeout),
+      patience(channelPatience),
+      cancellation(CreateEventW(nullptr, FALSE, FALSE, nullptr)) {}
 
 KeluWindows::~KeluWindows() {
     for (void* const open : {handle, cancellation}) {
@@ -197,8 +206,7 @@ void KeluWindows::Read(Bytes& output, std::uint32_t maximum) {
     }
     // Of two set events the first in the list counts.
     const std::array<HANDLE, 2> events = {cancellation, transfer.finished()};
-    const DWORD woken = WaitForMultipleObjects(static_cast<DWORD>(events.size()), events.data(),
-                                               FALSE, waitTime(transferTimeout));
+    const DWORD woken = waitFor(events, transferTimeout, patience);
     DWORD size = 0;
     if (woken == WAIT_OBJECT_0) {
         if (!transfer.cancel(size)) {
@@ -223,7 +231,8 @@ void KeluWindows::Write(const Bytes& data) {
                                     transfer.record()))) {
         throw SmhiException("Failed to write to device");
     }
-    if (WaitForSingleObject(transfer.finished(), waitTime(transferTimeout)) == WAIT_TIMEOUT) {
+    const std::array<HANDLE, 1> events = {transfer.finished()};
+    if (waitFor(events, transferTimeout, patience) == WAIT_TIMEOUT) {
         throw ChannelTimeout("Failed to write to device, timed out");
     }
     DWORD size = 0;

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <string>
 
+#include "base/Patience.h"
 #include "firmware/KeluBase.h"
 
 namespace tavocal {
@@ -10,7 +11,9 @@ namespace tavocal {
 // The channel as the device interface of the host's bus driver, through overlapped transfers.
 class KeluWindows : public KeluBase {
   public:
-    explicit KeluWindows(std::chrono::milliseconds timeout);
+    // REQUIRES: `patience` outlives the channel.
+    explicit KeluWindows(std::chrono::milliseconds timeout,
+                         const Patience& patience = Patience::instance());
     KeluWindows(const KeluWindows&) = delete;
     KeluWindows& operator=(const KeluWindows&) = delete;
     ~KeluWindows() override;
@@ -26,6 +29,7 @@ class KeluWindows : public KeluBase {
     void connectToClient();
 
     std::chrono::milliseconds transferTimeout;
+    const Patience& patience;
     std::wstring devicePath;  // found anew at each Connect
     // System handles, which are pointers without a type; null while there is none.
     void* handle = nullptr;

@@ -12,8 +12,9 @@ PNRRecord& PNRRecord::instance() {
     return *record;
 }
 
-PNRRecord::PNRRecord(ChannelFactory channelFactory, PnrTiming sessionTiming)
-    : makeChannel(std::move(channelFactory)), timing(sessionTiming) {}
+PNRRecord::PNRRecord(ChannelFactory channelFactory, PnrTiming sessionTiming,
+                     const Patience& sessionPatience)
+    : makeChannel(std::move(channelFactory)), timing(sessionTiming), patience(sessionPatience) {}
 
 bool PNRRecord::start(SampleReceiver& receiver) {
     return session()->start(receiver);
@@ -32,22 +33,10 @@ void PNRRecord::endSession() {
     // Goes with `ending`, outside the lock: it may have to wait for the firmware.
 }
 
-void PNRRecord::hurry() {
-    hurried = true;
-    std::shared_ptr<PNRRecordPrivate> stopping;
-    {
-        const std::lock_guard<std::mutex> lock(sessionMutex);
-        stopping = current;
-    }
-    if (stopping) {
-        stopping->hurryStop();
-    }
-}
-
 std::shared_ptr<PNRRecordPrivate> PNRRecord::session() {
     const std::lock_guard<std::mutex> lock(sessionMutex);
     if (!current) {
-        current = std::make_shared<PNRRecordPrivate>(makeChannel(), timing, hurried);
+        current = std::make_shared<PNRRecordPrivate>(makeChannel(), timing, patience);
     }
     return current;
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <atomic>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -19,7 +18,8 @@ class PNRRecord {
     // may stop the session while `exit` runs.
     static PNRRecord& instance();
 
-    explicit PNRRecord(ChannelFactory channelFactory, PnrTiming sessionTiming = {});
+    explicit PNRRecord(ChannelFactory channelFactory, PnrTiming sessionTiming = {},
+                       const Patience& sessionPatience = Patience::instance());
 
     // As of PNRRecordPrivate.
     bool start(SampleReceiver& receiver);
@@ -29,18 +29,13 @@ class PNRRecord {
     // stopping lives until that thread is through.
     void endSession();
 
-    // The operator wants the process to end: from now on a stop gives up on a firmware that doesn't
-    // acknowledge it, and what a crashed run has left is discarded no longer. Returns when no stop
-    // is under way any more, within PnrTiming::acknowledgement. Never taken back.
-    void hurry();
-
   private:
     std::shared_ptr<PNRRecordPrivate> session();
 
     ChannelFactory makeChannel;
     PnrTiming timing;
-    std::atomic<bool> hurried{false};  // read by every session
-    std::mutex sessionMutex;           // guards only the pointer
+    const Patience& patience;
+    std::mutex sessionMutex;  // guards only the pointer
     std::shared_ptr<PNRRecordPrivate> current;
 };
 

@@ -24,10 +24,10 @@ std::string acknowledgementText(const smhi::Header& header) {
 }  // namespace
 
 PNRRecordPrivate::PNRRecordPrivate(std::shared_ptr<KeluBase> sessionChannel,
-                                   PnrTiming sessionTiming, const std::atomic<bool>& isHurried)
+                                   PnrTiming sessionTiming, const Patience& sessionPatience)
     : channel(std::move(sessionChannel)),
       timing(sessionTiming),
-      hurried(isHurried),
+      patience(sessionPatience),
       stopRequest(*channel) {}
 
 PNRRecordPrivate::~PNRRecordPrivate() {
@@ -57,7 +57,8 @@ bool PNRRecordPrivate::start(SampleReceiver& receiver) {
         return false;
     }
     stopRequest.reset();
-    worker = std::make_unique<RecordWorker>(*channel, receiver, stopRequest, timing.afterRefusal);
+    worker = std::make_unique<RecordWorker>(*channel, receiver, stopRequest, patience,
+                                            timing.afterRefusal);
     return true;
 }
 
@@ -126,16 +127,6 @@ bool PNRRecordPrivate::stopRecording() {
 void PNRRecordPrivate::awaitWorker() {
     if (!stopRequest.waitForEnd(timing.stopGrace)) {
         stopRequest.wakeWorker();
-        if (hurried) {
-            hurryStop();
-        }
-        stopRequest.waitForEnd();
-    }
-}
-
-void PNRRecordPrivate::hurryStop() {
-    if (stopRequest.isUnderWay() && !stopRequest.waitForEnd(timing.acknowledgement)) {
-        stopRequest.giveUp();
         stopRequest.waitForEnd();
     }
 }
@@ -148,7 +139,7 @@ bool PNRRecordPrivate::closeLeftOverSession() {
     if (header) {
         TAVOCAL_LOG(Debug, kStop, acknowledgementText(*header));
     }
-    while (smhi::isBuffer(header) && !hurried) {
+    while (smhi::isBuffer(header) && !patience.hasEnded()) {
         TAVOCAL_LOG(Debug, kStop, "Discard the FW left available buffer due to abnormal app exit!");
         header = readReply();
     }

@@ -6,6 +6,7 @@
 #include <mutex>
 #include <optional>
 
+#include "base/Patience.h"
 #include "firmware/KeluBase.h"
 #include "firmware/RecordWorker.h"
 #include "firmware/SampleReceiver.h"
@@ -20,8 +21,6 @@ struct PnrTiming {
     std::chrono::milliseconds afterRefusal{10};
     // For the next message of a firmware that publishes, before a stop breaks the worker's read.
     std::chrono::milliseconds stopGrace{500};
-    // In a hurry: for the firmware to acknowledge the stop behind that.
-    std::chrono::milliseconds acknowledgement{5000};
 };
 
 // The record session with the firmware: start, stop, and the end of what a crashed run has left.
@@ -32,9 +31,10 @@ struct PnrTiming {
 // SmhiExceptions of the channel pass through both.
 class PNRRecordPrivate {
   public:
-    // REQUIRES: `isHurried` outlives the session. It may become true at any time.
+    // REQUIRES: the patience, which is the channel's too, outlives the session. Once it has ended,
+    // what a crashed run has left is discarded no longer.
     PNRRecordPrivate(std::shared_ptr<KeluBase> sessionChannel, PnrTiming sessionTiming,
-                     const std::atomic<bool>& isHurried);
+                     const Patience& sessionPatience);
     PNRRecordPrivate(const PNRRecordPrivate&) = delete;
     PNRRecordPrivate& operator=(const PNRRecordPrivate&) = delete;
     // Stops once more, so that the firmware is left without a session; a failure of that goes to
@@ -47,13 +47,9 @@ class PNRRecordPrivate {
 
     // True if the session ended cleanly, or none was open here and none is open in the firmware
     // any more. It lasts until the firmware has answered, whatever it publishes before that, or has
-    // been silent for the channel's time-out; in a hurry stopGrace and acknowledgement at most.
+    // been silent for the channel's time-out; at most until the patience is over.
     // While another thread stops the session, waits for that thread and gives true.
     bool stop();
-
-    // To be called, from any thread, once `isHurried` has become true: returns when no stop is
-    // under way any more, which takes `acknowledgement` at most.
-    void hurryStop();
 
   private:
     // With controlMutex held.
@@ -68,7 +64,7 @@ class PNRRecordPrivate {
 
     std::shared_ptr<KeluBase> channel;
     PnrTiming timing;
-    const std::atomic<bool>& hurried;
+    const Patience& patience;
 
     // Guards worker and stopUnanswered.
     std::mutex controlMutex;

@@ -17,10 +17,12 @@ constexpr const char* kReadFailed = "PNR read from FW failed";
 }  // namespace
 
 RecordWorker::RecordWorker(KeluBase& sessionChannel, SampleReceiver& sampleReceiver,
-                           StopRequest& stopRequest, std::chrono::milliseconds refusalPause)
+                           StopRequest& stopRequest, const Patience& sessionPatience,
+                           std::chrono::milliseconds refusalPause)
     : channel(sessionChannel),
       manager(sampleReceiver),
       stop(stopRequest),
+      patience(sessionPatience),
       afterRefusal(refusalPause),
       thread(&RecordWorker::WorkerThread, this) {}
 
@@ -42,8 +44,6 @@ void RecordWorker::WorkerThread() {
 void RecordWorker::recordAndReport() {
     try {
         record();
-    } catch (const ReadCancelled&) {
-        fail(End::Unanswered, kReadFailed);
     } catch (const ChannelTimeout&) {
         fail(stopSent ? End::Unanswered : End::Failed, kReadFailed);
     } catch (const SmhiException&) {
@@ -74,6 +74,10 @@ void RecordWorker::record() {
         if (readMessage(message)) {
             handleMessage(message);
         }
+        // The firmware may publish for ever.
+        if (!end && stopSent && patience.isOver()) {
+            fail(End::Unanswered, kReadFailed);
+        }
     }
 }
 
@@ -90,9 +94,6 @@ bool RecordWorker::readMessage(Bytes& message) {
         channel.Read(message, smhi::kMaximumMessage);
         return true;
     } catch (const ReadCancelled&) {
-        if (stop.isGivenUp()) {
-            throw;
-        }
         return false;
     }
 }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "base/Bytes.h"
+#include "base/Patience.h"
 #include "firmware/KeluBase.h"
 #include "firmware/PnrBuffer.h"
 #include "firmware/SampleReceiver.h"
@@ -26,14 +27,14 @@ class RecordWorker {
         Refused,       // the firmware goes on
         OddAnswer,   // the firmware said something else to the stop, or nothing in an empty message
         Unanswered,  // the firmware said nothing to the stop until the channel's time-out, or
-                     // until the stop was given up
+                     // until the patience was over
         Failed,      // a failure of the channel or of the receiver
     };
 
-    // Starts the thread. After a refused stop it waits for `refusalPause`. REQUIRES: all three
-    // outlive the worker; the request is reset.
+    // Starts the thread. After a refused stop it waits for `refusalPause`. REQUIRES: all else
+    // outlives the worker; the request is reset.
     RecordWorker(KeluBase& sessionChannel, SampleReceiver& sampleReceiver, StopRequest& stopRequest,
-                 std::chrono::milliseconds refusalPause);
+                 const Patience& sessionPatience, std::chrono::milliseconds refusalPause);
     RecordWorker(const RecordWorker&) = delete;
     RecordWorker& operator=(const RecordWorker&) = delete;
 
@@ -62,6 +63,7 @@ class RecordWorker {
     KeluBase& channel;
     SampleReceiver& manager;
     StopRequest& stop;
+    const Patience& patience;
     std::chrono::milliseconds afterRefusal;
 
     std::optional<End> end;  // nothing while it runs

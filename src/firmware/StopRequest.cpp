@@ -11,25 +11,12 @@ void StopRequest::reset() {
     exitEvent->reset();
 }
 
-// It is broken under the lock, here and in giveUp, so that it can only be the worker's read.
+// It is broken under the lock, so that it can only be the worker's read.
 void StopRequest::wakeWorker() {
     const std::lock_guard<std::mutex> lock(mutex);
     if (stopState == StopState::Asked) {
         channel.cancelRead();
     }
-}
-
-void StopRequest::giveUp() {
-    const std::lock_guard<std::mutex> lock(mutex);
-    if (stopState == StopState::Asked || stopState == StopState::Sent) {
-        stopState = StopState::GivenUp;
-        channel.cancelRead();
-    }
-}
-
-bool StopRequest::isUnderWay() const {
-    const StopState now = state();
-    return now == StopState::Asked || now == StopState::Sent;
 }
 
 void StopRequest::setEnded() {

@@ -27,17 +27,9 @@ class StopRequest {
     bool waitForEnd(std::chrono::milliseconds time) { return exitEvent->waitFor(time); }
     void waitForEnd() { exitEvent->wait(); }
 
-    // ---- Anyone ----
-
-    // A stop is asked, and the worker is still at it.
-    bool isUnderWay() const;
-    // If a stop is under way, the worker's read is broken for good.
-    void giveUp();
-
     // ---- The worker ----
 
     bool isAsked() const { return state() != StopState::None; }
-    bool isGivenUp() const { return state() == StopState::GivenUp; }
     void setSent() { change(StopState::Asked, StopState::Sent); }
     // The worker's last act.
     void setEnded();
@@ -46,8 +38,7 @@ class StopRequest {
     enum class StopState {
         None,
         Asked,
-        Sent,  // to the firmware
-        GivenUp,
+        Sent,   // to the firmware
         Ended,  // with or without a stop
     };
 

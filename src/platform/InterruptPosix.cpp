@@ -6,16 +6,35 @@
 
 namespace tavocal::platform {
 
-void installInterruptHandler(std::function<void(int)> handler) {
-    sigset_t interrupt;
-    sigemptyset(&interrupt);
-    sigaddset(&interrupt, SIGINT);
-    pthread_sigmask(SIG_BLOCK, &interrupt, nullptr);
-    // A shell starts background jobs with the signal ignored, and an ignored signal never arrives.
+namespace {
+
+bool isIgnored(int signal) {
+    struct sigaction action {};
+    return sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+}
+
+// Whoever starts a process with one of the other two ignored wants it to outlive him.
+sigset_t endingSignals() {
+    // A shell starts background jobs with the interrupt ignored, and so it might never arrive.
     std::signal(SIGINT, SIG_DFL);
-    std::thread([interrupt, handler = std::move(handler)] {
+    sigset_t signals;
+    sigemptyset(&signals);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        if (!isIgnored(signal)) {
+            sigaddset(&signals, signal);
+        }
+    }
+    return signals;
+}
+
+}  // namespace
+
+void installInterruptHandler(std::function<void(int)> handler) {
+    const sigset_t signals = endingSignals();
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    std::thread([signals, handler = std::move(handler)] {
         int signal = 0;
-        if (sigwait(&interrupt, &signal) == 0) {
+        if (sigwait(&signals, &signal) == 0) {
             handler(signal);
         }
     }).detach();
@@ -23,6 +42,7 @@ void installInterruptHandler(std::function<void(int)> handler) {
 
 void hardenProcess() {
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
 }
 
 }  // namespace tavocal::platform

@@ -1,6 +1,5 @@
 #include <windows.h>
 
-#include <csignal>
 #include <utility>
 
 #include "platform/Interrupt.h"
@@ -14,16 +13,20 @@ std::function<void(int)>& storedHandler() {
     return *handler;
 }
 
-// The system calls it on a thread of its own.
-void onSignal(int signal) {
-    storedHandler()(signal);
+// The system calls it on a thread of its own, and ends the process once it has returned from
+// anything but the two keys.
+BOOL WINAPI onControl(DWORD event) {
+    constexpr int kInterrupt = 2;
+    constexpr int kHangUp = 1;
+    storedHandler()(event == CTRL_C_EVENT || event == CTRL_BREAK_EVENT ? kInterrupt : kHangUp);
+    return TRUE;
 }
 
 }  // namespace
 
 void installInterruptHandler(std::function<void(int)> handler) {
     storedHandler() = std::move(handler);
-    std::signal(SIGINT, onSignal);
+    SetConsoleCtrlHandler(onControl, TRUE);
 }
 
 void hardenProcess() {

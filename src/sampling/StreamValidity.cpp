@@ -5,6 +5,7 @@
 #include <string>
 
 #include "base/Failures.h"
+#include "base/Text.h"
 #include "log/Logger.h"
 #include "process/Process.h"
 #include "sampling/IndicatorHandOver.h"
@@ -30,6 +31,12 @@ const Sample* lastSampleOf(const std::shared_ptr<Sensor>& sensor, const SensorDa
     return &found->second[count - 1];
 }
 
+// No integer type holds the span of any two clocks.
+std::string wholeText(double whole) {
+    const std::string text = fixedText(whole);
+    return text.substr(0, text.find('.'));
+}
+
 bool endsNear(double lastTime, const std::shared_ptr<Sensor>& sensor,
               const SensorDataMap& samples) {
     const Sample* last = lastSampleOf(sensor, samples);
@@ -40,8 +47,7 @@ bool endsNear(double lastTime, const std::shared_ptr<Sensor>& sensor,
     const double delta = std::trunc(lastTime - last->timestamp);
     if (std::abs(delta) > kLargestLag) {
         TAVOCAL_LOG(Debug, kName,
-                    "not OK since delta: " + std::to_string(static_cast<long long>(delta)) +
-                        sensor->getDisplayName());
+                    "not OK since delta: " + wholeText(delta) + sensor->getDisplayName());
         return false;
     }
     return true;

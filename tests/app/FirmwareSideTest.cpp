@@ -3,6 +3,7 @@
 #include <optional>
 #include <sstream>
 
+#include "app/InterruptGate.h"
 #include "base/Text.h"
 #include "commandline/RunSettings.h"
 #include "firmware/FakeKelu.h"
@@ -113,9 +114,15 @@ TEST_F(FirmwareSideTest, BlocksAreWrittenBeforeTheReset) {
         const FirmwareSide::Sensors sensors = side.initPhysicalSensors();
         Sensor& light = *sensors.back();
         light.calibrationToWrite = simulator::lightBlock(3.0);
+        const auto answer = kelu->onWrite;
+        kelu->onWrite = [&](const Bytes& request) {
+            EXPECT_FALSE(InterruptGate::instance().close({})) << "an interrupt has to wait";
+            answer(request);
+        };
         EXPECT_EQ(messageOf<SmhiException>([&] { side.flushCalibrationData(sensors); }), failure);
         EXPECT_EQ(device->firmware().flash().block(light.getLuid()) == light.calibrationToWrite,
                   !contains(failure, "Set"));
+        EXPECT_TRUE(InterruptGate::instance().close({}));
     }
 }
 

@@ -1,5 +1,6 @@
 #include "firmware/KeluLinux.h"
 
+#include <poll.h>
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <sys/un.h>
@@ -46,6 +47,13 @@ class KeluLinuxTest : public testing::Test {
                   static_cast<ssize_t>(bytes.size()));
     }
     void hangUp() { ::close(std::exchange(connection, -1)); }
+    // Who is in the queue of connections.
+    void dropWaiting() const {
+        pollfd waiting{listener, POLLIN, 0};
+        while (::poll(&waiting, 1, 0) == 1) {
+            ::close(::accept(listener, nullptr, nullptr));
+        }
+    }
     void connect(KeluBase& channel) {
         auto connecting = std::async(std::launch::async, [&] { channel.Connect(); });
         connection = ::accept(listener, nullptr, nullptr);
@@ -140,6 +148,50 @@ TEST_F(KeluLinuxTest, TimeOutsLeaveTheChannelOpen) {
     EXPECT_THROW(hasty.Write(message), ChannelTimeout);
     send({1});
     EXPECT_EQ(read(hasty), kNoFailure);
+}
+
+// Who waits when the patience ends has a rest of time; who begins to wait later has less.
+TEST_F(KeluLinuxTest, WaitsAreCutShortWhenThePatienceEnds) {
+    const auto wait = [this](KeluBase& channel, const std::string& what) {
+        std::string failure = kNoFailure;
+        while (failure == kNoFailure) {
+            failure = what == "read"    ? read(channel)
+                      : what == "write" ? write(channel)
+                                        : messageOf<SmhiException>([&] { channel.Connect(); });
+        }
+        return failure;
+    };
+    const std::pair<std::string, std::string> kRows[] = {
+        {"read", kReadFailed + ", timed out"},
+        {"write", "SMHI Error: Failed to write to device, timed out"},
+        {"greeting", "SMHI Error: Failed to connect to client"},
+        {"connect", "SMHI Error: Failed to create device handle"}};
+    std::vector<std::unique_ptr<KeluLinux>> others;
+    for (const auto& [what, failure] : kRows) {
+        Patience patience({std::chrono::milliseconds(30), std::chrono::milliseconds(1)});
+        KeluLinux patient{{"tavo.sock"}, std::chrono::hours(1), patience};
+        if (what == "read" || what == "write") {
+            connect(patient);
+        }
+        // So many that the queue of connections is full.
+        for (int i = 0; i < 8 && what == "connect"; ++i) {
+            others.push_back(std::make_unique<KeluLinux>(std::vector<std::string>{"tavo.sock"},
+                                                         std::chrono::milliseconds(1)));
+            EXPECT_THROW(others.back()->Connect(), SmhiException);
+        }
+        auto waiting = std::async(std::launch::async, wait, std::ref(patient), what);
+        EXPECT_EQ(waiting.wait_for(std::chrono::milliseconds(10)), std::future_status::timeout);
+        EXPECT_FALSE(patience.isOver());
+        patience.end();
+        EXPECT_EQ(waiting.get(), failure);
+        EXPECT_TRUE(patience.isOver());
+        patience.end();
+        EXPECT_TRUE(patience.isOver()) << "only the first call counts";
+        patient.Close();
+        EXPECT_EQ(wait(patient, "connect"), kRows[what == "connect" ? 3 : 2].second);
+        hangUp();
+        dropWaiting();
+    }
 }
 
 TEST_F(KeluLinuxTest, CancelledRead) {

@@ -73,7 +73,7 @@ class PNRRecordPrivateTest : public testing::Test {
         receiver.deliveries.clear();
         receiver.stages.clear();
         logStart = Logger::instance().text().size();
-        session = std::make_unique<PNRRecordPrivate>(kelu, timing, hurried);
+        session = std::make_unique<PNRRecordPrivate>(kelu, timing, *patience);
     }
     // The lines of the log since then with that text, each from "[LEVEL]: " on.
     std::string log(const std::string& text) const {
@@ -93,10 +93,11 @@ class PNRRecordPrivateTest : public testing::Test {
         }
     }
 
-    // The fake firmware is silent between messages, so a stop has no reason for grace. Whoever is
-    // in a hurry gives up at once.
-    PnrTiming timing{milliseconds(0), milliseconds(0), milliseconds(0)};
-    std::atomic<bool> hurried{false};
+    // The fake firmware is silent between messages, so a stop has no reason for grace. Once the
+    // patience ends it is over.
+    PnrTiming timing{milliseconds(0), milliseconds(0)};
+    static constexpr Patience::Bounds kNone{milliseconds(0), milliseconds(0)};
+    std::unique_ptr<Patience> patience = std::make_unique<Patience>(kNone);
     std::shared_ptr<FakeKelu> kelu;
     FakeReceiver receiver;
     Messages sayToStart = {kAccepted}, sayToStop = {kAccepted};
@@ -232,41 +233,44 @@ TEST_F(PNRRecordPrivateTest, StopWaitsForItsAnswerHoweverMuchIsPublishedBefore) 
     EXPECT_TRUE(receiver.stages.empty());
 }
 
-// Until the channel's time-out, or if the operator is in a hurry before the stop, or meanwhile.
+// Until the channel's time-out; or if it publishes for ever and the patience has ended before the
+// stop, or meanwhile.
 TEST_F(PNRRecordPrivateTest, FirmwareThatLeavesTheStopUnansweredIsNotAskedAgain) {
     const PnrTiming usual;
     EXPECT_EQ(usual.afterRefusal, milliseconds(10));
-    EXPECT_EQ(usual.stopGrace + usual.acknowledgement, milliseconds(5500));
-    for (const std::string end : {"time-out", "hurried before", "hurried meanwhile"}) {
-        hurried = false;
+    EXPECT_EQ(usual.stopGrace, milliseconds(500));
+    for (const std::string end : {"time-out", "patience before", "patience meanwhile"}) {
+        session.reset();
+        patience = std::make_unique<Patience>(kNone);
         renew();
         recording = false;
         sayToStop = {bytesOf(kSample)};
         ASSERT_TRUE(session->start(receiver));
-        hurried = end == "hurried before";
+        if (end == "patience before") {
+            patience->end();
+        }
         auto stopped = std::async(std::launch::async, [&] { return session->stop(); });
-        if (!hurried) {
-            waitForLog("pnr record session stop req has been issued");
-            end == "time-out" ? kelu->timeOut() : void(hurried = true);
+        waitForLog("pnr record session stop req has been issued");
+        if (end == "patience meanwhile") {
+            patience->end();
         }
-        if (hurried) {
-            session->hurryStop();
-        }
+        end == "time-out" ? kelu->timeOut() : kelu->say(bytesOf(kSample));
         EXPECT_FALSE(stopped.get());
         EXPECT_EQ(receiver.stages, std::vector<bool>{false});
         session.reset();
-        // Who is in a hurry may give up before the worker has asked at all.
-        EXPECT_LE(kelu->written().size(), 3U) << end;
+        EXPECT_EQ(kelu->written().size(), 3U) << end;
     }
 }
 
-TEST_F(PNRRecordPrivateTest, AllLeftOversAreDiscardedButForSomebodyInAHurry) {
+TEST_F(PNRRecordPrivateTest, AllLeftOversAreDiscardedUntilThePatienceEnds) {
     const std::size_t many = 1200;
     for (const bool interrupted : {false, true}) {
         renew();
         for (std::size_t i = 1; i <= many; ++i) {
             kelu->next([&, i] {
-                hurried = hurried || (interrupted && i == many / 2);
+                if (interrupted && i == many / 2) {
+                    patience->end();
+                }
                 return bytesOf(kSample);
             });
         }
@@ -313,18 +317,6 @@ TEST_F(PNRRecordPrivateTest, ProcessWideSessionIsMadeAnewAndOutlivesTwoStops) {
     EXPECT_TRUE(first.get() && second.get());
     EXPECT_EQ(channels, 3);
     EXPECT_EQ(kelu->written().size(), 12U) << "start, stop, and one stop each before and after";
-    // A hurry ends the stop at hand, and holds for a later session.
-    EXPECT_TRUE(processWide.start(receiver));
-    auto last = std::async(std::launch::async, stop);
-    waitForLog("STOP_CMD_ISSUED", 4);
-    processWide.hurry();
-    EXPECT_FALSE(last.get());
-    processWide.endSession();
-    EXPECT_TRUE(processWide.start(receiver));
-    EXPECT_FALSE(processWide.stop());
-    EXPECT_EQ(channels, 5);
-    // Nobody may have asked the firmware to stop.
-    recording = false;
 }
 
 }  // namespace tavocal::test

@@ -13,7 +13,7 @@ namespace tavocal {
 // thread; times are in milliseconds.
 class StageIndicator {
   public:
-    // `samples` must outlive the indicator.
+    // `samples` must outlive the indicator; samples may only be added to it.
     explicit StageIndicator(const std::vector<Sample>& samples);
     virtual ~StageIndicator() = default;
 
@@ -23,12 +23,12 @@ class StageIndicator {
     virtual void captureRotationBias() {}
     void setReferenceVector(const Vector& reference) { referenceVector = reference; }
     // The last window was still. In the first stage the limits are tightened to what it showed.
-    bool isStill(bool firstStage);
+    bool isStill(bool firstStage) { return stillness.isStill(firstStage); }
     // For how long the device stayed as still after `t` as in the window from it.
-    double stillExtension(double t) const;
-    Vector lastWindowMedian() const;
+    double stillExtension(double t) { return stillness.stillExtension(t); }
+    Vector lastWindowMedian();
 
-    StillnessLimits stillness;
+    Stillness stillness;
     double moveThreshold = 0.0;
     double rotationThreshold = 0.0;
     Vector referenceVector{0.0, 0.0, 0.0};

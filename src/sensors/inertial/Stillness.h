@@ -3,9 +3,9 @@
 #include <vector>
 
 #include "numerics/Sample.h"
-#include "sensors/model/SampleWindows.h"
+#include "sensors/inertial/BufferRanges.h"
+#include "sensors/inertial/WindowSpread.h"
 
-// Whether a device is at rest, judged on a window of samples. REQUIRES as SampleWindows.h.
 namespace tavocal {
 
 struct StillnessLimits {
@@ -15,15 +15,26 @@ struct StillnessLimits {
     double stillRangeLimit = 0.0;  // largest range of an axis in a still window
 };
 
-// The samples of the newest `window` milliseconds. REQUIRES: there are samples.
-IndexWindow lastWindow(const std::vector<Sample>& samples, double window);
+// Whether a device is at rest, judged on windows of its samples, each of which has three values.
+// The work depends on the number of samples alone, never on the time that they tell of.
+class Stillness : public StillnessLimits {
+  public:
+    // `samples` must outlive this object; samples may only be added to it.
+    explicit Stillness(const std::vector<Sample>& samples, const StillnessLimits& limits = {});
 
-// The last window is within the limits. In the first stage the limits are first lowered to 1.5
-// times what the window shows, for the rest of the run. No samples: false.
-bool isStill(const std::vector<Sample>& samples, StillnessLimits& limits, bool firstStage);
+    // The samples of the newest `stillWindow` milliseconds. REQUIRES: there are samples.
+    IndexWindow lastWindow();
+    // The last window is within the limits. In the first stage the limits are first lowered to 1.5
+    // times what the window shows, for the rest of the run. No samples: false.
+    bool isStill(bool firstStage);
+    // For how long, in milliseconds and steps of 100, windows after the one from `t` stay as quiet
+    // as 1.5 times that one. 0.0 if it holds fewer than 3 samples.
+    double stillExtension(double t);
 
-// For how long, in milliseconds and steps of 100, windows after the one from `t` stay as quiet as
-// 1.5 times that one. 0.0 if it holds fewer than 3 samples.
-double stillExtension(const std::vector<Sample>& samples, double window, double t);
+  private:
+    const std::vector<Sample>& watchedSamples;
+    BufferRanges ranges;
+    WindowSpread newest;
+};
 
 }  // namespace tavocal

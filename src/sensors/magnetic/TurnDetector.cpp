@@ -5,7 +5,6 @@
 #include <limits>
 
 #include "numerics/Statistics.h"
-#include "sensors/model/SampleWindows.h"
 
 namespace tavocal {
 
@@ -17,10 +16,16 @@ constexpr int kHalfWidth = 5;  // a median is taken of a sample and as many on e
 }  // namespace
 
 double TurnDetector::range(const std::vector<Sample>& samples, double since) {
-    const int first = std::max(firstIndexAbove(samples, since) - 1, 0);
+    if (since != startTime) {
+        startTime = since;
+        seen = 0;
+        restart(0);
+    }
     // As long as no sample is later than `since`, the first index moves on with the newest one.
-    if (since != startTime || first != firstIndex) {
-        restart(since, first);
+    for (; seen < samples.size(); ++seen) {
+        if (samples[seen].timestamp <= since) {
+            restart(static_cast<int>(seen));
+        }
     }
     for (; next + kHalfWidth < static_cast<int>(samples.size()); ++next) {
         add(medianOfAxes(samples, next - kHalfWidth, next + kHalfWidth));
@@ -32,10 +37,8 @@ double TurnDetector::range(const std::vector<Sample>& samples, double since) {
     return swing;
 }
 
-void TurnDetector::restart(double since, int first) {
+void TurnDetector::restart(int first) {
     constexpr double kNone = std::numeric_limits<double>::infinity();
-    startTime = since;
-    firstIndex = first;
     next = first + kHalfWidth;
     smallest = {kNone, kNone, kNone};
     largest = {-kNone, -kNone, -kNone};

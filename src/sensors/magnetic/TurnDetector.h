@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <limits>
 #include <vector>
 
 #include "numerics/Sample.h"
@@ -16,17 +18,17 @@ class TurnDetector {
   public:
     // The largest, over the three axes, of the largest median less the smallest, over the samples
     // from the newest one at or before `since` (the first one if all are later). 0.0 if there are
-    // fewer than 11. Medians that are not finite are passed over. REQUIRES: timestamps don't fall,
-    // and each sample has three values.
+    // fewer than 11. Medians that are not finite are passed over. REQUIRES: each sample has three
+    // values.
     double range(const std::vector<Sample>& samples, double since);
 
   private:
-    void restart(double since, int first);
+    void restart(int first);
     void add(const Vector& medians);
 
-    double startTime = 0.0;
-    int firstIndex = -1;  // of the samples that are looked at
-    int next = 0;         // the sample whose surroundings the next median is taken of
+    double startTime = std::numeric_limits<double>::quiet_NaN();
+    std::size_t seen = 0;  // samples whose time has been looked at
+    int next = 0;          // the sample whose surroundings the next median is taken of
     Vector smallest;
     Vector largest;
 };

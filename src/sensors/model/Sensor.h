@@ -135,7 +135,7 @@ class Sensor {
     std::uint32_t minCalibrationSize = 0;
     std::uint32_t maxCalibrationSize = 0;
 
-    std::vector<Sample> bufferedData;  // in arrival order; timestamps don't fall
+    std::vector<Sample> bufferedData;  // in arrival order
     bool firstSampleSeen = false;      // delivering thread only
 
     // The sums of the face-up sequence.

@@ -43,6 +43,9 @@ TEST(TurnDetector, AnswersAsIfItLookedAtAllSamplesEachTime) {
         double since = -50.0;
         for (int i = 0; i < 200; ++i) {
             time += std::floor(random.between(0.0, 3.0));  // times may repeat
+            if (random.between(0.0, 1.0) < 0.01) {
+                time += std::floor(random.between(-100.0, 1e9));  // the clock is set anew
+            }
             value = value + random.vector(3, 40.0);
             samples.push_back({time, value + random.vector(3, i % 7 == 0 ? 500.0 : 5.0)});
             if (i % 60 > 45) {
