@@ -107,6 +107,7 @@ int runAndReport(CmdLine& cmdLine, int argc, char** argv) {
 }  // namespace
 
 int runProgram(int argc, char** argv) {
+    platform::openStandardFiles();
     platform::hardenProcess();
     platform::installInterruptHandler(onInterrupt);
     CmdLine cmdLine;

@@ -1,5 +1,7 @@
 #include "formats/CsvParser.h"
 
+#include <exception>
+
 #include "base/Failures.h"
 #include "base/Text.h"
 #include "base/TextToNumber.h"
@@ -68,6 +70,14 @@ bool isComment(std::string_view line) {
     return startsWith(line, "#");
 }
 
+bool nextRow(CsvLines& lines, std::string_view& line) {
+    bool got = lines.next(line);
+    while (got && (line.empty() || isComment(line))) {
+        got = lines.next(line);
+    }
+    return got;
+}
+
 [[noreturn]] void fail(const std::string& message) {
     throw CalibrationException(message);
 }
@@ -96,6 +106,7 @@ void CsvParser::writeToFile(const std::string& pathTemplate, const SensorDataMap
         const std::string failure = platform::writeTextFile(path, dumpText(*sensor, rows));
         if (!failure.empty()) {
             TAVOCAL_LOG(Debug, kName, "Writing " + path + " failed: " + failure);
+            platform::discardFile(path);
         }
     }
 }
@@ -127,7 +138,7 @@ std::vector<Sample> CsvParser::readSensor(const std::string& pathTemplate, Senso
     }
     CsvLines lines(text);
     readHeader(lines, sensor, readLuid);
-    std::vector<Sample> samples = readRows(lines, sensor, text.size());
+    std::vector<Sample> samples = readRows(lines, sensor);
     TAVOCAL_LOG(Info, kName, "Data size is " + std::to_string(samples.size()));
     return samples;
 }
@@ -202,21 +213,26 @@ void CsvParser::checkColumns(const Sensor& sensor) {
     needsConversion = fileUnit != sensorUnit;
 }
 
-std::vector<Sample> CsvParser::readRows(CsvLines& lines, const Sensor& sensor,
-                                        std::size_t textSize) {
-    // A field as it is written has at least nine characters.
-    constexpr std::size_t kTypicalField = 10;
+// Rows may be two bytes long, so samples that were moved to more and more room would cost many
+// times the text.
+void CsvParser::reserveRows(std::vector<Sample>& samples, CsvLines lines) const {
+    std::size_t count = 0;
+    for (std::string_view line; nextRow(lines, line);) {
+        ++count;
+    }
+    try {
+        samples.reserve(count);
+    } catch (const std::exception&) {
+        fail("Out of memory while reading " + file);
+    }
+}
+
+std::vector<Sample> CsvParser::readRows(CsvLines& lines, const Sensor& sensor) {
     std::vector<Sample> samples;
-    samples.reserve(textSize / (kTypicalField * fullRow(sensor)));
+    reserveRows(samples, lines);
     std::string_view line;
-    while (lines.next(line)) {
-        if (isComment(line)) {
-            continue;
-        }
+    while (nextRow(lines, line)) {
         splitColumns(line, sensor);
-        if (tokens.empty()) {
-            continue;
-        }
         if (tokens.size() != fullRow(sensor) && tokens.size() != 1) {
             fail("Unexpected number of values at input file " + file);
         }

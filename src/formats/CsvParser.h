@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "formats/CsvLines.h"
 #include "formats/SensorDataMap.h"
 #include "numerics/Sample.h"
 #include "vocabulary/Unit.h"
@@ -20,8 +21,9 @@ class CsvLines;
 // timestamps to whole milliseconds. Values come back in the sensor's samplingUnit.
 class CsvParser {
   public:
-    // One file per entry, with the platform's line ends. A file that can't be written is passed
-    // over.
+    // One file per entry, with the platform's line ends. A file that can't be written whole is
+    // passed over, and none of its name is left, so that no samples of another run stand beside
+    // those of this one.
     void writeToFile(const std::string& pathTemplate, const SensorDataMap& samples);
 
     // Reads the dumps of all sensors, and takes form factor and hinge from their headers into the
@@ -36,7 +38,8 @@ class CsvParser {
     void readLuidLine(std::string_view line, Sensor& sensor);
     void splitColumns(std::string_view line, const Sensor& sensor);
     void checkColumns(const Sensor& sensor);
-    std::vector<Sample> readRows(CsvLines& lines, const Sensor& sensor, std::size_t textSize);
+    void reserveRows(std::vector<Sample>& samples, CsvLines lines) const;
+    std::vector<Sample> readRows(CsvLines& lines, const Sensor& sensor);
     void parseRow();
 
     std::string file;  // the one being read

@@ -31,14 +31,24 @@ void Console::flush() {
     std::fflush(stdout);
 }
 
+// False if the input ended first.
+bool Console::dropRestOfLine() {
+    char character = 0;
+    while (lineWasCut && readCharacter(character)) {
+        lineWasCut = character != '\n';
+    }
+    return !lineWasCut;
+}
+
 bool Console::readLine(std::string& line) {
     line.clear();
     char character = 0;
-    bool got = readCharacter(character);
+    bool got = dropRestOfLine() && readCharacter(character);
     const bool any = got;
     while (got && character != '\n') {
         line.push_back(character);
-        got = readCharacter(character);
+        lineWasCut = line.size() == kLongestLine;
+        got = !lineWasCut && readCharacter(character);
     }
     if (!line.empty() && line.back() == '\r') {
         line.pop_back();

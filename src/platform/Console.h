@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -9,6 +10,14 @@ namespace tavocal::platform {
 // Console attributes that the system uses.
 constexpr int kLightGreen = 0x0A;
 constexpr int kLightRed = 0x0C;
+
+// Of what is typed, in bytes.
+constexpr std::size_t kLongestLine = 65536;
+
+// Standard input, output and error that are closed when the program starts are opened on a device
+// that holds nothing, so that no file or socket of this process can take their place and get what
+// is printed. To be called before anything is opened.
+void openStandardFiles();
 
 // The operator's console: everything that is printed, narrow or wide, and everything that is read
 // goes through the one object, so that the output stands in program order. Any thread may write.
@@ -28,7 +37,8 @@ class Console {
 
     // Both flush the output first. A closed or failing standard input gives false.
     bool readCharacter(char& character);
-    // One line without its line end (LF or CR LF).
+    // One line without its line end (LF or CR LF). A longer one than kLongestLine is cut there; its
+    // rest is dropped before the next line is read, so a line that never ends is an answer too.
     bool readLine(std::string& line);
 
   private:
@@ -36,9 +46,11 @@ class Console {
 
     void setConsoleColour(int attribute);
     void resetConsoleColour();
+    bool dropRestOfLine();
 
     std::mutex mutex;
     bool coloured;
+    bool lineWasCut = false;
     [[maybe_unused]] int savedConsoleAttribute = 0;
 };
 

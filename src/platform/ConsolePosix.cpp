@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -6,6 +7,16 @@
 #include "platform/Console.h"
 
 namespace tavocal::platform {
+
+// A new descriptor is the lowest that is free, which is the one looked at. A folder can neither be
+// read nor written.
+void openStandardFiles() {
+    for (int file = STDIN_FILENO; file <= STDERR_FILENO; ++file) {
+        if (fcntl(file, F_GETFD) < 0 && open("/dev/null", O_RDWR) < 0) {
+            open("/", O_RDONLY);
+        }
+    }
+}
 
 Console::Console() : coloured(isatty(STDOUT_FILENO) == 1) {}
 

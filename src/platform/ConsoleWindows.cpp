@@ -6,6 +6,9 @@
 
 namespace tavocal::platform {
 
+// The runtime library keeps the three for itself, also where the program starts without them.
+void openStandardFiles() {}
+
 Console::Console() : coloured(false) {
     CONSOLE_SCREEN_BUFFER_INFO info{};
     coloured = GetConsoleScreenBufferInfo(GetStdHandle(STD_OUTPUT_HANDLE), &info) != 0;

@@ -1,25 +1,21 @@
 #include "platform/Files.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstring>
+#include <exception>
 #include <utility>
 
+#include "base/Failures.h"
 #include "platform/FileSteps.h"
 
 namespace tavocal::platform {
 
 namespace {
 
-FileHandle openFile(const std::string& path, const char* mode) {
-    if (!isName(path)) {
-        errno = ENOENT;
-        return nullptr;
-    }
-    return FileHandle(std::fopen(nativePath(path).c_str(), mode));
-}
-
-FileHandle openToRead(const std::string& path) {
-    return isDirectory(path) ? nullptr : openFile(path, "rb");
+FileHandle openToRead(const std::string& path, std::uintmax_t& size) {
+    return isName(path) ? openPlainFile(path, size) : nullptr;
 }
 
 // Empty on success, else the reason.
@@ -44,48 +40,70 @@ FileHandle makeBeside(const std::string& path, std::string& name) {
     return nullptr;
 }
 
+// What can't be replaced for want of these must not be written in place, where it would lose its
+// content for the same want.
+bool isWant(int error) {
+    constexpr std::array<int, 5> kWants = {ENOSPC, EIO, ENOMEM, EMFILE, ENFILE};
+#ifdef EDQUOT
+    if (error == EDQUOT) {
+        return true;
+    }
+#endif
+    return std::find(kWants.begin(), kWants.end(), error) != kWants.end();
+}
+
+// Empty on success, else the reason; `inPlace` tells that the file has to be written in place.
+std::string writeBeside(const std::string& path, std::string_view content, bool& inPlace) {
+    std::string interim;
+    FileHandle file = makeBeside(path, interim);
+    if (!file) {
+        inPlace = !isWant(errno);
+        return std::strerror(errno);
+    }
+    std::string failure = writeAndClose(std::move(file), content);
+    if (failure.empty() && !replaceFile(interim, path)) {
+        inPlace = !isWant(errno);
+        failure = std::strerror(errno);
+    }
+    if (!failure.empty()) {
+        std::remove(nativePath(interim).c_str());
+    }
+    return failure;
+}
+
 }  // namespace
 
 bool canRead(const std::string& path) {
-    return openToRead(path) != nullptr;
+    std::uintmax_t size = 0;
+    return openToRead(path, size) != nullptr;
 }
 
 bool readFile(const std::string& path, std::string& content) {
-    constexpr std::size_t kFirstRoom = 65536;
+    // A file of the system may say that it is empty.
+    constexpr std::uintmax_t kSmallestRoom = 65536;
     content.clear();
-    const FileHandle file = openToRead(path);
+    std::uintmax_t size = 0;
+    const FileHandle file = openToRead(path, size);
     if (!file) {
         return false;
     }
-    // A pipe or a file that still grows has no size to go by, so read until there is no more.
-    std::size_t used = 0;
-    std::size_t got = 0;
-    content.resize(kFirstRoom);
-    do {
-        if (used == content.size()) {
-            content.resize(2 * content.size());
-        }
-        got = std::fread(content.data() + used, 1, content.size() - used, file.get());
-        used += got;
-    } while (got > 0);
-    content.resize(used);
+    try {
+        content.resize(std::max(size, kSmallestRoom));
+    } catch (const std::exception&) {
+        throw CalibrationException("Out of memory while reading " + path);
+    }
+    content.resize(std::fread(content.data(), 1, content.size(), file.get()));
     return std::ferror(file.get()) == 0;
 }
 
 std::string writeFile(const std::string& path, std::string_view content) {
-    std::string interim;
-    FileHandle file = isName(path) && isReplaceable(path) ? makeBeside(path, interim) : nullptr;
-    if (file) {
-        std::string failure = writeAndClose(std::move(file), content);
-        if (failure.empty() && replaceFile(interim, path)) {
-            return {};
-        }
-        std::remove(nativePath(interim).c_str());
-        if (!failure.empty()) {
-            return failure;
-        }
+    if (!isName(path)) {
+        return std::strerror(ENOENT);
     }
-    return writeAndClose(openFile(path, "wb"), content);
+    const std::string target = followLinks(path);
+    bool inPlace = !isReplaceable(target);
+    std::string failure = inPlace ? std::string() : writeBeside(target, content, inPlace);
+    return inPlace ? writeAndClose(openInPlace(target, content.size()), content) : failure;
 }
 
 FolderResult createFolders(const std::string& path) {

@@ -9,8 +9,9 @@ namespace tavocal::platform {
 // once, before any other thread starts: threads inherit what makes the signal wait.
 void installInterruptHandler(std::function<void(int)> handler);
 
-// What the platform needs done before anything else: a hardened library search path on Windows; a
-// closed output pipe that fails writes instead of killing the process on POSIX.
+// What the platform needs done before anything else: a hardened library search path on Windows; on
+// POSIX a closed output pipe or a file beyond its limit of size that fails writes instead of
+// killing the process.
 void hardenProcess();
 
 }  // namespace tavocal::platform

@@ -23,6 +23,7 @@ void installInterruptHandler(std::function<void(int)> handler) {
 
 void hardenProcess() {
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
 }
 
 }  // namespace tavocal::platform

@@ -41,12 +41,13 @@ void detachStandardFiles() {
     }
 }
 
-// The interrupt signal is blocked and broken pipes are ignored in this process.
+// The interrupt signal is blocked, and failing writes are no signals in this process.
 void restoreSignals() {
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);
     signal(SIGPIPE, SIG_DFL);
+    signal(SIGXFSZ, SIG_DFL);
 }
 
 // Runs in the middle process. Between fork and exec only what is safe in a signal handler may be
