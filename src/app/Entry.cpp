@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <string>
 
 #include "app/CalibrationManager.h"
@@ -98,6 +99,8 @@ int runAndReport(CmdLine& cmdLine, int argc, char** argv) {
     } catch (const CalibrationException& exception) {
         printLine("Error:");
         printLine(exception.what());
+    } catch (const std::bad_alloc&) {
+        printLine("Out of memory");
     } catch (const std::exception& exception) {
         printLine(exception.what());
     }

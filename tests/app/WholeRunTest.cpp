@@ -142,4 +142,34 @@ TEST(WholeRunTest, LimitOfFileSizeCostsTheFileAlone) {
     EXPECT_EQ(fileContent(folder.path("out/AGMLogFile.xml")), "of another run");
 }
 
+// For its text, or for its samples.
+TEST(WholeRunTest, WantOfMemoryNamesTheFile) {
+    const TempFolder folder;
+    const auto outputOf = [&](const std::vector<std::string>& arguments) {
+        std::vector<std::string> words = {"/bin/sh", "-c", "ulimit -v 30000; exec \"$0\" \"$@\"",
+                                          "tavocal"};
+        words.insert(words.end(), arguments.begin(), arguments.end());
+        return runProgram(folder.path(), words).output;
+    };
+    if (!contains(outputOf({}), "Usage:")) {
+        GTEST_SKIP() << "a sanitizer takes more memory";
+    }
+    std::filesystem::create_directory(folder.path("dumps"));
+    std::string rows = "time[ms],Accelerometer_X[g0],Accelerometer_Y[g0],Accelerometer_Z[g0]\n";
+    for (int i = 0; i < 1200000; ++i) {
+        rows += "1\n";
+    }
+    const std::string path = folder.write("dumps/dataDumpAccelerometer.csv", rows);
+    const auto expectFailure = [&] {
+        const std::string output =
+            outputOf({"-CalibrateOffline", "A", "-UseRawData", "dumps", "-ExportAllFiles", "out"});
+        EXPECT_EQ(behind(output, "Error:\n"),
+                  "Out of memory while reading dumps\\dataDumpAccelerometer.csv\n");
+    };
+    expectFailure();
+    // Mostly a hole on the disk.
+    std::filesystem::resize_file(path, std::uintmax_t{1} << 30);
+    expectFailure();
+}
+
 }  // namespace tavocal::test
