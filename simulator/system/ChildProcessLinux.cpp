@@ -103,6 +103,7 @@ Ends makeTerminal() {
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);
     ::signal(SIGPIPE, SIG_DFL);
+    ::signal(SIGXFSZ, SIG_DFL);
     dup2(input, STDIN_FILENO);
     dup2(output, STDOUT_FILENO);
     execv(path, words);

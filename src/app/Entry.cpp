@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <string>
 
 #include "app/CalibrationManager.h"
@@ -90,6 +91,8 @@ std::string runForFailure(CmdLine& cmdLine, int argc, char** argv) {
         return std::string(exception.what()) + "\n" + cmdLine.usage(argc > 0 ? argv[0] : "");
     } catch (const CalibrationException& exception) {
         return std::string("Error:\n") + exception.what() + "\n";
+    } catch (const std::bad_alloc&) {
+        return "Out of memory\n";
     } catch (const std::exception& exception) {
         return std::string(exception.what()) + "\n";
     }

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <sstream>
 
 #include "base/Text.h"
@@ -80,6 +82,94 @@ TEST(WholeRunTest, ASecondLiveCalibrationFindsTheSame) {
     EXPECT_NEAR(number("resultCalibration.xml", "<OffsetX>"), first, 2000.0);
     // The dynamic sensor beside it held 1234 and gets what noise and hand make, in millionths.
     EXPECT_NEAR(number("resultCalibration.xml", "<WhiteNoise>"), 2000.0, 600.0);
+}
+
+// A run whose console is closed, full or endless is one with nobody there.
+TEST(WholeRunTest, StandardFilesCannotHarmARun) {
+    const TempFolder folder;
+    const auto linesOfDump = [&](const std::string& descriptors) {
+        runProgram(folder.path(), {"tavosim",
+                                   "run",
+                                   "--speed",
+                                   "500",
+                                   "--sensors",
+                                   "A",
+                                   "--fault",
+                                   "lost-connection",
+                                   "--fault-after",
+                                   "4",
+                                   "--",
+                                   "/bin/sh",
+                                   "-c",
+                                   "exec \"$0\" \"$@\" " + descriptors,
+                                   "tavocal",
+                                   "-Calibrate",
+                                   "A",
+                                   "-noEnter",
+                                   "1",
+                                   "-ExportAllFiles",
+                                   "out"});
+        const std::string dump = fileContent(folder.path("out/dataDumpAccelerometer.csv"));
+        return std::count(dump.begin(), dump.end(), '\n');
+    };
+    // All that the firmware sent before the connection was lost, and nothing printed to it.
+    for (const char* descriptors : {"<&- >&- 2>&-", "</dev/null >/dev/full 2>&1"}) {
+        EXPECT_GT(linesOfDump(descriptors), 300) << descriptors;
+    }
+    for (const char* input : {"</dev/zero", "</", "<&-"}) {
+        const ToolResult result =
+            runProgram(folder.path(), {"/bin/sh", "-c", std::string("exec \"$0\" \"$@\" ") + input,
+                                       "tavocal", "-Calibrate", "ALS", "-UpdateTavo"});
+        EXPECT_EQ(result.status, 255);
+        const bool answers = std::string(input) == "</dev/zero";
+        EXPECT_EQ(behind(result.output, "Error:\n"),
+                  answers ? "Invalid number was entered\n" : "Invalid number of stages\n");
+    }
+}
+
+TEST(WholeRunTest, LimitOfFileSizeCostsTheFileAlone) {
+    const TempFolder folder;
+    std::filesystem::create_directory(folder.path("out"));
+    folder.write("out/dataDumpGyroscope.csv", "of another run");
+    folder.write("out/AGMLogFile.xml", "of another run");
+    const ToolResult result =
+        runProgram(folder.path(), {"tavosim", "run", "--speed", "500", "--", "/bin/sh", "-c",
+                                   "ulimit -f 4; exec \"$0\" \"$@\"", "tavocal", "-Calibrate", "G",
+                                   "-Minimal", "-noEnter", "1", "-ExportAllFiles", "out"});
+    EXPECT_EQ(behind(result.output, "Error:\n"), "Failed to write to file\n");
+    EXPECT_EQ(result.status, 255);
+    EXPECT_FALSE(std::filesystem::exists(folder.path("out/dataDumpGyroscope.csv")));
+    EXPECT_EQ(fileContent(folder.path("out/AGMLogFile.xml")), "of another run");
+}
+
+// For its text, or for its samples.
+TEST(WholeRunTest, WantOfMemoryNamesTheFile) {
+    const TempFolder folder;
+    const auto outputOf = [&](const std::vector<std::string>& arguments) {
+        std::vector<std::string> words = {"/bin/sh", "-c", "ulimit -v 30000; exec \"$0\" \"$@\"",
+                                          "tavocal"};
+        words.insert(words.end(), arguments.begin(), arguments.end());
+        return runProgram(folder.path(), words).output;
+    };
+    if (!contains(outputOf({}), "Usage:")) {
+        GTEST_SKIP() << "a sanitizer takes more memory";
+    }
+    std::filesystem::create_directory(folder.path("dumps"));
+    std::string rows = "time[ms],Accelerometer_X[g0],Accelerometer_Y[g0],Accelerometer_Z[g0]\n";
+    for (int i = 0; i < 1200000; ++i) {
+        rows += "1\n";
+    }
+    const std::string path = folder.write("dumps/dataDumpAccelerometer.csv", rows);
+    const auto expectFailure = [&] {
+        const std::string output =
+            outputOf({"-CalibrateOffline", "A", "-UseRawData", "dumps", "-ExportAllFiles", "out"});
+        EXPECT_EQ(behind(output, "Error:\n"),
+                  "Out of memory while reading dumps\\dataDumpAccelerometer.csv\n");
+    };
+    expectFailure();
+    // Mostly a hole on the disk.
+    std::filesystem::resize_file(path, std::uintmax_t{1} << 30);
+    expectFailure();
 }
 
 }  // namespace tavocal::test

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <filesystem>
 
+#include "base/Text.h"
 #include "sensors/SensorFactory.h"
 #include "sensors/model/Sensor.h"
 #include "support/Lines.h"
@@ -72,6 +73,32 @@ TEST_F(CsvParserTest, ReadsWhatIsWiderThanWhatItWrites) {
     EXPECT_TRUE(read("\n" + kHeader).empty());
     EXPECT_TRUE(read("FORMFACTOR=odd\nHINGE=\n" + kHeader).empty());
     EXPECT_EQ(sensor->formFactor, 5);
+}
+
+TEST_F(CsvParserTest, RowsAndLinesMayHaveAnyLength) {
+    const std::string digits(50000, '9');
+    const std::string nul(1, '\0');
+    const std::string rows = "#" + digits + nul + "\n" + std::string(50000, '\n') + kHeader;
+    EXPECT_EQ(read(rows + "1,0." + digits + ",2,3").at(0).values, (Vector{1.0, 2.0, 3.0}));
+    EXPECT_EQ(read(rows + replaceAll(digits, "9", "1\n")).size(), digits.size());
+    for (const auto& [row, failure] :
+         {std::pair<std::string, std::string>{std::string(50000, ','), "Unexpected number of"},
+          {digits + ",1", "Unexpected number of"},
+          {"1,2," + digits + "x,4", "CSV parsing error. Invalid value 9999"},
+          {"1,2,3" + nul + ",4", "CSV parsing error. Invalid value 3"},
+          {nul + ",2,3,4", "CSV parsing error. Invalid timestamp value "}}) {
+        folder.write("dataDumpAccelerometer.csv", rows + row);
+        EXPECT_EQ(failureOf(sensor).substr(0, failure.size()), failure);
+    }
+}
+
+TEST_F(CsvParserTest, DumpThatCannotBeWrittenLeavesNoOlderOne) {
+    const std::string path = folder.write("old", "of another run");
+    std::filesystem::create_symlink("/dev/full", folder.path("dataDumpAccelerometer.csv"));
+    std::filesystem::create_symlink(path, folder.path("dataDumpAccelerometer_2.csv"));
+    CsvParser().writeToFile(dumps + ".csv", {{sensor, {}}, {second, {}}});
+    EXPECT_FALSE(std::filesystem::is_symlink(folder.path("dataDumpAccelerometer.csv")));
+    EXPECT_TRUE(startsWith(fileContent(path), "LUID="));
 }
 
 TEST_F(CsvParserTest, TimestampsAreWholeNumbersOfThirtyTwoBits) {

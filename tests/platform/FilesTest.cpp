@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <filesystem>
+#include <thread>
+
 #include "support/TempFolder.h"
 
 namespace tavocal::test {
@@ -18,6 +22,31 @@ TEST(FilesTest, BytesComeBackAsTheyWere) {
         EXPECT_TRUE(platform::readFile(path, read) && platform::canRead(path));
         EXPECT_EQ(read, content);
     }
+}
+
+// Two runs in one folder: whoever reads meets the whole of the one or the other.
+TEST(FilesTest, WritersAtOnceNeverTearAFile) {
+    constexpr int kRounds = 100;
+    constexpr std::size_t kSize = 20000;
+    const TempFolder folder;
+    const std::string path = folder.write("file.xml", std::string(kSize, 'a'));
+    std::atomic<int> writing = 2;
+    const auto writeRounds = [&](char letter) {
+        for (int round = 0; round < kRounds; ++round) {
+            EXPECT_EQ(platform::writeFile(path, std::string(kSize, letter)), "");
+        }
+        --writing;
+    };
+    std::thread first(writeRounds, 'a');
+    std::thread second(writeRounds, 'b');
+    while (writing > 0) {
+        std::string content;
+        EXPECT_TRUE(platform::readFile(path, content));
+        EXPECT_TRUE(content == std::string(kSize, 'a') || content == std::string(kSize, 'b'));
+    }
+    first.join();
+    second.join();
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1);
 }
 
 TEST(FilesTest, FoldersAreMadeUnlessAFileStandsThere) {
