@@ -21,7 +21,6 @@ SIGNALS = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP)
 LIMIT = 10.0
 # Seconds until a run with a fault of the firmware has come to it, or has ended.
 FAULT_SHOWS = 2.0
-FLUSH = "Saving calibration data to FW"
 RUN_IS_OVER = "Total run time (excluding"
 
 FLOWS = {
@@ -32,6 +31,13 @@ FLOWS = {
     "mag test": "-MagTest -ExportAllFiles out",
     "light": "-Calibrate als -UpdateTavo -ExportAllFiles out",
     "export": "-ExportXml all.xml",
+}
+
+# A short time in a flow: up to so many seconds behind the bell of the last step.
+MOMENTS = {
+    "blocks and last words": ("full", "DOWN, Z axis directed to South\nHold system in current "
+                              "position\n\a", 0.03),
+    "last words of a failure": ("minimal", "Press Enter when done\n\a", 0.01),
 }
 
 # What a whole file ends with.
@@ -62,11 +68,10 @@ def cases(programs, rounds, whole_runs):
         for number in range(rounds):
             moment = chance.uniform(0, whole_runs[flow].seconds)
             yield Case(flow, flow, "none", None, SIGNALS[number % 3], moment)
-    for number in range(rounds):
-        moment = (FLUSH, chance.uniform(0, 0.005))
-        yield Case("flush", "full", "none", None, SIGNALS[number % 3], moment)
-        moment = ("successfully", chance.uniform(0, 0.002))
-        yield Case("last moments", "minimal", "none", None, SIGNALS[number % 3], moment)
+    for name, (flow, text, longest) in MOMENTS.items():
+        for number in range(3 * rounds):
+            moment = (text, chance.uniform(0, longest))
+            yield Case(name, flow, "none", None, SIGNALS[number % 3], moment)
     for number, fault in enumerate(fault_names(programs)):
         moment = chance.uniform(0.2, FAULT_SHOWS)
         yield Case(fault, "full", fault, None, SIGNALS[number % 3], moment)
@@ -190,7 +195,7 @@ def main():
     programs = {"tavocal": str(folder / "tavocal"), "tavosim": str(folder / "simulator/tavosim")}
     whole_runs = {flow: whole_run(programs, flow) for flow in FLOWS}
 
-    table = collections.defaultdict(lambda: [0, 0, 0.0])
+    table = collections.defaultdict(lambda: [0, 0, 0, 0.0])
     with concurrent.futures.ThreadPoolExecutor(arguments.jobs) as pool:
         wanted = [case for case in cases(programs, arguments.rounds, whole_runs)
                   if arguments.only in case.name]
@@ -198,15 +203,17 @@ def main():
         for case, (seconds, faults, text) in zip(wanted, runs):
             row = table[case.name]
             row[0] += 1
-            row[1] += bool(faults)
-            row[2] = max(row[2], seconds)
+            row[1] += "Interrupt signal" in text
+            row[2] += bool(faults)
+            row[3] = max(row[3], seconds)
             if faults:
                 print(f"{case.name}, {case.signal.name} at {case.moment}: {'; '.join(faults)}\n"
                       f"    {text[-300:]!r}", flush=True)
 
-    for name, (count, failed, longest) in table.items():
-        print(f"{name:28}{count:5} runs {failed:4} failed   longest {longest:5.2f} s")
-    failed = sum(row[1] for row in table.values())
+    for name, (count, interrupted, failed, longest) in table.items():
+        print(f"{name:28}{count:5} runs {interrupted:5} interrupted {failed:4} failed   "
+              f"longest {longest:5.2f} s")
+    failed = sum(row[2] for row in table.values())
     print(f"{sum(row[0] for row in table.values())} runs, {failed} failed")
     return 1 if failed else 0
 

@@ -11,15 +11,20 @@ UnfinishedFiles& UnfinishedFiles::instance() {
 
 void UnfinishedFiles::add(const std::function<std::string()>& make) {
     std::unique_lock<std::mutex> lock(mutex);
-    never.wait(lock, [this] { return !ending; });
+    stayIfEnding(lock);
     if (std::string name = make(); !name.empty()) {
         names.insert(std::move(name));
     }
 }
 
 void UnfinishedFiles::drop(const std::string& name) {
-    const std::lock_guard<std::mutex> lock(mutex);
+    std::unique_lock<std::mutex> lock(mutex);
+    stayIfEnding(lock);
     names.erase(name);
+}
+
+void UnfinishedFiles::stayIfEnding(std::unique_lock<std::mutex>& lock) {
+    never.wait(lock, [this] { return !ending; });
 }
 
 void UnfinishedFiles::removeAll() {

@@ -19,10 +19,12 @@ class UnfinishedFiles {
     void add(const std::function<std::string()>& make);
     // It is whole and in its place, or gone.
     void drop(const std::string& name);
-    // Removes them all. Whoever adds one from then on stays there until the process ends.
+    // Removes them all. Whoever adds or drops one from then on stays there until the process ends.
     void removeAll();
 
   private:
+    void stayIfEnding(std::unique_lock<std::mutex>& lock);
+
     std::mutex mutex;
     std::condition_variable never;
     bool ending = false;

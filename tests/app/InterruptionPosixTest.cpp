@@ -10,6 +10,7 @@
 #include "app/Interruption.h"
 #include "base/Patience.h"
 #include "platform/Console.h"
+#include "platform/Event.h"
 #include "platform/Files.h"
 #include "platform/UnfinishedFiles.h"
 #include "support/ForkedRun.h"
@@ -120,7 +121,7 @@ const std::vector<Row> kRows = {
     {"a run that is over",
      [](const Action& interruptNow) {
          gate().endRun(), interruptNow();
-         std::this_thread::sleep_for(milliseconds(5));
+         EXPECT_FALSE(platform::makeSyncObject()->waitFor(milliseconds(5)));
          print("times\n");
      },
      kStops, kOwnStatus, "times\n"},
@@ -163,7 +164,7 @@ TEST(InterruptionPosixTest, NothingIsPrintedBehindTheLastLine) {
 // The main thread never waits for the console here, so it may be anywhere in a file.
 TEST(InterruptionPosixTest, FilesAreOldOrNew) {
     const std::string older(300000, 'o'), newer(300000, 'n');
-    for (int round = 0; round < 10; ++round) {
+    for (int round = 0; round < 20; ++round) {
         const TempFolder folder;
         const std::string path = folder.path("file");
         const ToolResult result = runForked([&] {

@@ -2,8 +2,8 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <utility>
 
+#include "platform/Event.h"
 #include "platform/Interrupt.h"
 #include "support/ForkedRun.h"
 
@@ -16,7 +16,9 @@ TEST(InterruptPosixTest, SignalsThatAskForAnEnd) {
                    platform::installInterruptHandler([](int number) { _exit(number); });
                    kill(getpid(), signal);
                    // A signal that arrives has the handler end the process meanwhile.
-                   usleep(isIgnored && signal != SIGINT ? 1000 : 10000000);
+                   const bool isLost = isIgnored && signal != SIGINT;
+                   const std::chrono::milliseconds time(isLost ? 1 : 10000);
+                   EXPECT_FALSE(platform::makeSyncObject()->waitFor(time));
                    return 0;
                })
             .status;
