@@ -30,6 +30,7 @@ TEST(StreamValidity, LastSamplesLieWithinATenthOfASecond) {
     const std::string none = "No data was sampled for ";
     EXPECT_EQ(verdict({4899.1, 5000.0, 5100.9}), kNoFailure);
     EXPECT_EQ(verdict({4899.0, 5000.0, 5101.0}), early + "Gyroscope_2, Magnetometer");
+    EXPECT_EQ(verdict({1e300, 5000.0, 1e19}), early + "Gyroscope_2, Magnetometer");
     EXPECT_EQ(verdict({kNever, 5000.0, 5000.0}), early + "Gyroscope_2");
     EXPECT_EQ(verdict({5000.0, kNever, 5000.0}), none + "Accelerometer");
     const std::string two = "Gyroscope_2;Accelerometer;";

@@ -183,6 +183,7 @@ Judgement AmbientLight::judgeStage(double average, std::size_t stage) const {
     judgement.sensor = getDisplayName();
     judgement.check = "Calibration";
     judgement.stage = static_cast<int>(stage);
+    judgement.passed = judgement.passed && std::isfinite(average);
     judgement.measured = {average};
     judgement.expected = {level};
     judgement.parameter = "Multiplier";

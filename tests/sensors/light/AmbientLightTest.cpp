@@ -132,7 +132,8 @@ TEST_F(AmbientLightTest, EachLevelMustGiveAUsableMultiplier) {
           Row{200, 1.0, 20000.0, "Stage 1 multiplier is 200.000000\n"},
           Row{200000001, 1e6, 0.0, "Invalid multiplier 200.000001 was calculated"},
           Row{500, -1000.0, 0.0, "Invalid multiplier -0.500000 was calculated"},
-          Row{500, std::nan(""), 0.0, "Invalid multiplier nan was calculated"}}) {
+          Row{500, std::nan(""), 0.0, "Invalid multiplier nan was calculated"},
+          Row{500, INFINITY, 0.0, "Invalid multiplier 0.000000 was calculated"}}) {
         begin();
         EXPECT_EQ(calibrate({{level, mean}}), printed);
         EXPECT_EQ(light->multiplier, multiplier);
