@@ -31,7 +31,7 @@ fuzz() {
     if [ "$seconds" -gt 300 ]; then
         limits+=(-fork=1)
     fi
-    if ! "build/fuzz/fuzz/$target" "${limits[@]}" -max_total_time="$seconds" \
+    if ! "$root/build/fuzz/fuzz/$target" "${limits[@]}" -max_total_time="$seconds" \
         -rss_limit_mb=4096 -timeout=60 -max_len=4096 -print_final_stats=1 \
         -dict="$root/fuzz/$(dictionary "$target")" -artifact_prefix="$root/out/fuzz/findings/$target-" \
         "$corpus" "$root/fuzz/seeds/$target" >/dev/null 2>"$log"; then
