@@ -27,11 +27,11 @@ fuzz() {
     local target=$1 log=$root/out/fuzz/$1.log corpus=$root/out/fuzz/$1 limits=()
     [ -x "build/fuzz/fuzz/$target" ] || { echo "fuzz: there is no target $target" >&2; exit 1; }
     mkdir -p "$corpus" out/fuzz/findings
-    # The log of the program stays in memory, so a long run begins anew from time to time.
-    if [ "$seconds" -gt 300 ]; then
+    # The log of the program stays in memory, so a longer run begins anew from time to time.
+    if [ "$seconds" -gt 60 ]; then
         limits+=(-fork=1)
     fi
-    if ! "build/fuzz/fuzz/$target" "${limits[@]}" -max_total_time="$seconds" \
+    if ! "$root/build/fuzz/fuzz/$target" "${limits[@]}" -max_total_time="$seconds" \
         -rss_limit_mb=4096 -timeout=60 -max_len=4096 -print_final_stats=1 \
         -dict="$root/fuzz/$(dictionary "$target")" -artifact_prefix="$root/out/fuzz/findings/$target-" \
         "$corpus" "$root/fuzz/seeds/$target" >/dev/null 2>"$log"; then
